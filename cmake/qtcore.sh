@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Prints the folder of QtCore for Windows, built from Debian's sources when it is not there yet.
+#
+# usage: qtcore.sh CACHE TOOLCHAIN [--check]
+#
+# With --check it only prints the folder, and fails when there is none yet. The folder's name holds
+# a key of the version, the flags and the compiler. It appears by one rename when everything in it
+# is complete: a build that was interrupted leaves no such folder and starts afresh.
+set -euo pipefail
+
+cache=$1
+toolchain=$2
+version=5.15.8
+
+# Features of QtCore that no tool here uses; each costs size, and some pull in more system DLLs.
+unused="animation codecs big_codecs commandlineparser concatenatetablesproxymodel datetimeparser
+  easingcurve filesystemwatcher gestures hijricalendar identityproxymodel islamiccivilcalendar
+  itemmodel jalalicalendar mimetype process processenvironment proxymodel regularexpression settings
+  sharedmemory sortfilterproxymodel statemachine stringlistmodel systemsemaphore timezone
+  topleveldomain translation transposeproxymodel xmlstream xmlstreamreader xmlstreamwriter
+  network sql testlib concurrent xml"
+flags=(-xplatform win32-g++ -static -release -optimize-size -pch -opensource -confirm-license
+  -prefix /qtcore -nomake examples -nomake tests -nomake tools
+  -no-gui -no-widgets -no-dbus -no-icu -no-opengl -no-openssl -no-zstd -qt-zlib -qt-pcre)
+for feature in $unused; do
+  flags+=("-no-feature-$feature")
+done
+
+key=$(printf '%s\n' "$version" "${flags[@]}" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
+folder=$cache/qtcore-$version-$key
+
+if [ -d "$folder" ]; then
+  echo "$folder"
+  exit
+fi
+[ "${3:-}" != --check ] || exit 1
+
+# Debian's own package lists, made into lists of source packages in a folder of their own: the
+# machine's configuration stays as it is. Entries of other suites than Debian's are left out.
+derive_source_entries() {
+  local codename
+  codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
+  mkdir -p "$1"
+  find /etc/apt -name '*.list' -exec cat {} + |
+    grep -E "^deb[[:space:]].*[[:space:]]$codename([-/][^[:space:]]*)?[[:space:]]" |
+    sed 's/^deb[[:space:]]/deb-src /' >"$1/debian.list" || true
+  find /etc/apt -name '*.sources' -exec awk -v suite="(^|[ :])$codename" '
+    BEGIN { RS = ""; ORS = "\n\n" }
+    {
+      suites = ""
+      lines = split($0, line, "\n")
+      for (i = 1; i <= lines; ++i)
+        if (line[i] ~ /^Suites:/) suites = line[i]
+      if (suites !~ suite) next
+      sub(/(^|\n)Types:[^\n]*/, "\nTypes: deb-src")
+      sub(/^\n/, "")
+      print
+    }' {} \; >"$1/debian.sources"
+}
+
+# apt checks the signature of the lists, and by them the checksums of what it fetches.
+fetch_sources() {
+  local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/entries"
+    -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/apt" -o APT::Sandbox::User=)
+  derive_source_entries "$work/entries"
+  mkdir -p "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
+  "${apt[@]}" update
+  (cd "$work/download" && "${apt[@]}" source --download-only qtbase-opensource-src)
+  dpkg-source --no-check -x "$work"/download/qtbase-opensource-src_"$version"+*.dsc "$work/source"
+}
+
+build() {
+  export MAKEFLAGS=-j$(nproc)
+  mkdir "$work/build"
+  cd "$work/build"
+  ../source/configure -device-option "CROSS_COMPILE=$toolchain/bin/ucrt64-" "${flags[@]}" \
+    "QMAKE_CXXFLAGS+=-ffile-prefix-map=$work/source=qtbase"
+  make qmake_all
+  make -C src sub-corelib
+  make -C src/corelib install "INSTALL_ROOT=$work/stage"
+  cp -a "$work"/source/LICENSE* "$work/stage/qtcore/"
+}
+
+mkdir -p "$cache"
+rm -rf "$cache"/qtcore.partial.* # left by a run that was interrupted
+work=$(mktemp -d "$cache/qtcore.partial.XXXXXX")
+{
+  fetch_sources
+  (build)
+} >&2
+mv -T "$work/stage/qtcore" "$folder"
+rm -rf "$work"
+echo "$folder"

@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Runs a Windows program under Wine, in a prefix of the project's own.
+#
+# usage: wine.sh open|sealed PROGRAM [ARGS...]    or    wine.sh open|sealed --stop
+#
+#   open     the whole machine is drive Z:, for a program that works on the caller's folders
+#   sealed   the program sees its prefix, drive X: (build/scratch), drive Y: (build/demo) and the
+#            network folder \\server\share (build/scratch/share), and nothing else of the machine:
+#            a faulty build that deletes whatever it finds cannot get further
+#
+# The first run makes the prefix. The prefix's server stays for a minute after the last program, so
+# that the next one starts at once; --stop ends it. KX_TIMEOUT is the time in seconds after which a
+# program is killed.
+set -euo pipefail
+
+kind=$1
+shift
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export WINEPREFIX=$root/build/wine/$kind
+export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
+export LC_ALL=C.UTF-8 # names on the disk are UTF-8 to Wine, and its messages English
+unset DISPLAY
+
+seal() {
+  local drives=$WINEPREFIX/dosdevices link
+  rm -f "$drives/z:" "$drives"/com* "$drives"/lpt*
+  mkdir -p "$drives/unc/server" "$root/build/scratch/share" "$root/build/demo"
+  ln -s "$root/build/scratch" "$drives/x:"
+  ln -s "$root/build/demo" "$drives/y:"
+  ln -s "$root/build/scratch/share" "$drives/unc/server/share"
+  # Wine links the folders of the user (documents, desktop ...) to those of the real one.
+  find "$WINEPREFIX/drive_c/users" -type l -print | while IFS= read -r link; do
+    rm "$link"
+    mkdir "$link"
+  done
+}
+
+make_prefix() {
+  rm -rf "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX"
+  timeout -k 10 300 wine wineboot --init
+  timeout -k 10 60 wineserver -w
+  if [ "$kind" = sealed ]; then
+    seal
+  fi
+  touch "$WINEPREFIX/complete"
+}
+
+if [ "${1:-}" = --stop ]; then
+  if [ -d "$WINEPREFIX" ]; then
+    wineserver -k || true # none is running
+  fi
+  exit
+fi
+if [ ! -e "$WINEPREFIX/complete" ]; then
+  mkdir -p "$root/build/logs"
+  make_prefix >"$root/build/logs/wine-$kind.log" 2>&1 ||
+    { echo "wine.sh: no Wine prefix; see build/logs/wine-$kind.log" >&2; exit 1; }
+fi
+wineserver -p60 2>/dev/null || true # it runs already
+exec timeout -k 10 "${KX_TIMEOUT:-600}" wine "$@"
