@@ -1,0 +1,379 @@
+// Heap-free strings of fixed capacity, which carry paths and messages to the platform.
+//
+// Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
+// in the narrow variants); text that passes the capacity is cut without a trace; value[length] is
+// always 0; units behind that terminator mean nothing, and only clear, assignNarrow and zeroTail
+// set them to 0. "No case" means that a to z count as A to Z; no other letter is folded.
+#pragma once
+
+#include <QString>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+/// The unit with a to z turned into A to Z, like the C library's toupper in its default locale.
+template <typename Unit>
+constexpr Unit upperCaseUnit(Unit unit)
+{
+    return unit >= Unit('a') && unit <= Unit('z') ? static_cast<Unit>(unit - ('a' - 'A')) : unit;
+}
+
+/// Whether two runs of `count` units are equal, no case.
+template <typename Unit>
+bool sameUnitsNoCase(const Unit *left, const Unit *right, qint32 count)
+{
+    return std::equal(left, left + count, right,
+                      [](Unit a, Unit b) { return upperCaseUnit(a) == upperCaseUnit(b); });
+}
+
+/// A plain value of at most `Capacity` units; Unit is char16_t (wide) or char (narrow).
+template <typename Unit, qint32 Capacity>
+struct FixedString
+{
+    static_assert(sizeof(Unit) <= 2 && Capacity > 0 && Capacity < 32767, "length is 16 bits wide");
+
+    static constexpr qint32 capacity = Capacity;
+    static constexpr bool isWide = sizeof(Unit) == 2;
+
+    quint16 length;
+    Unit value[static_cast<std::size_t>(Capacity) + 1];
+
+    FixedString() { clear(); }
+
+    /// Empties the string and sets all of its units to 0.
+    void clear();
+
+    /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
+    /// becomes the unit 0xFFE9 in a wide string: other tools of the suite rely on that widening.
+    void assignNarrow(const char *text);
+
+    /// Sets every unit from the terminator to the end of the array to 0.
+    void zeroTail();
+
+    /// Copies length and all units, those behind the terminator included.
+    void assign(const FixedString &other) { *this = other; }
+
+    /// Takes the first units of a QString, at most the capacity (wide strings only).
+    void assignQString(const QString &text);
+
+    /// Takes the first Latin-1 bytes of a QString, at most the capacity (narrow strings only).
+    void assignLatin1(const QString &text);
+
+    /// The text as a QString of exactly `length` characters; narrow text is read as Latin-1.
+    QString toQString() const;
+
+    /// Sets the length, held between 0 and the capacity, and the terminator; nothing else, so that
+    /// growing shows what stood behind the old terminator.
+    void setLength(qint16 newLength);
+
+    /// Sets the length to the first 0 unit, or to the capacity (and a 0 there) when there is none.
+    void recomputeLength();
+
+    /// The first `count` units, fewer when the string is shorter, none for a negative count.
+    FixedString left(qint32 count) const;
+
+    /// Appends `count` units, as many as fit. Nothing for null or a count of 0 or less.
+    void appendUnits(const Unit *units, qint32 count);
+
+    /// Puts `text` in front of the unit at `position` (0 when negative, the end when past it).
+    void insertAt(const qint32 &position, const FixedString &text);
+
+    /// Drops `count` units from `position` on; both are held within the string.
+    void removeRange(const qint32 &position, const qint32 &count);
+
+    /// Replaces every `find`, no case, in one pass from the left whose next search starts behind
+    /// the inserted text: "\\" by "\" turns three backslashes into two. Both are other strings.
+    FixedString &replaceAllNoCase(const FixedString &find, const FixedString &replacement);
+
+    /// Turns a to z into A to Z in place.
+    void toUpper();
+
+    /// Turns every slash into a backslash in place.
+    FixedString &toBackslashes();
+
+    bool isEmpty() const { return length == 0; }
+
+    /// Whether the first unit is exactly `unit`; false when empty.
+    bool firstUnitIs(Unit unit) const { return !isEmpty() && value[0] == unit; }
+
+    /// Whether the last unit is a backslash; false when empty.
+    bool endsWithBackslash() const { return !isEmpty() && value[length - 1] == Unit('\\'); }
+
+    /// Position of the first backslash, or -1.
+    qint32 firstBackslash() const { return indexOfUnitNoCase(Unit('\\'), 0); }
+
+    /// Whether the string begins with `prefix`, no case; false when either is empty. A prefix that
+    /// is neither empty nor too long is left upper-cased: hand over one that is thrown away.
+    bool startsWithNoCase(FixedString &prefix) const;
+
+    /// Whether the string ends with `suffix`, no case; false when either is empty.
+    bool endsWithNoCase(const FixedString &suffix) const;
+
+    /// Whether the string begins with a parent reference, "..".
+    bool startsWithParentReference() const;
+
+    /// Whether the string begins with two backslashes, as a network path does.
+    bool isUncPath() const;
+
+    /// Order, no case, of the units' bytes in memory, not of their values; with an equal beginning
+    /// the shorter string is the smaller. Negative, 0 or positive.
+    qint32 compareNoCase(const FixedString &other) const;
+
+    bool equalsNoCase(const FixedString &other) const
+    {
+        return length == other.length && sameUnitsNoCase(value, other.value, length);
+    }
+
+    /// Position of the first `text`, no case, at or after `from`; -1 when there is none or `text`
+    /// is empty. A negative `from` counts as 0.
+    qint32 indexOfNoCase(const FixedString &text, qint32 from) const;
+
+    /// Position of the first `unit`, no case, at or after `from`, or -1. A start outside
+    /// 1 to length - 1 counts as 0.
+    qint32 indexOfUnitNoCase(Unit unit, qint32 from) const;
+};
+
+using FixedWideString = FixedString<char16_t, 500>;
+using FixedWideString250 = FixedString<char16_t, 250>;
+using FixedNarrowString100 = FixedString<char, 100>;
+using FixedNarrowString250 = FixedString<char, 250>;
+using FixedNarrowString500 = FixedString<char, 500>;
+
+/// A fixed string that holds the given 8-bit text.
+template <typename Fixed>
+Fixed fixedText(const char *text)
+{
+    Fixed result;
+    result.assignNarrow(text);
+    return result;
+}
+
+/// A fixed string that holds the first units of a QString.
+template <typename Fixed>
+Fixed fixedText(const QString &text)
+{
+    Fixed result;
+    result.assignQString(text);
+    return result;
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::clear()
+{
+    length = 0;
+    zeroTail();
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::assignNarrow(const char *text)
+{
+    length = 0;
+    while (text != nullptr && length < Capacity && text[length] != '\0') {
+        value[length] = static_cast<Unit>(static_cast<signed char>(text[length]));
+        ++length;
+    }
+    zeroTail();
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::zeroTail()
+{
+    std::fill(value + length, value + Capacity + 1, Unit(0));
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::assignQString(const QString &text)
+{
+    static_assert(isWide, "a narrow string takes Latin-1 bytes");
+    setLength(0);
+    // The units as they stand: QString::fromUtf16 and its kin would drop a leading U+FEFF.
+    appendUnits(reinterpret_cast<const Unit *>(text.constData()), text.size());
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::assignLatin1(const QString &text)
+{
+    static_assert(!isWide, "a wide string takes the units of a QString");
+    const QByteArray bytes = text.toLatin1();
+    setLength(0);
+    appendUnits(bytes.constData(), bytes.size());
+}
+
+template <typename Unit, qint32 Capacity>
+QString FixedString<Unit, Capacity>::toQString() const
+{
+    if constexpr (isWide)
+        return QString(reinterpret_cast<const QChar *>(value), length);
+    else
+        return QString::fromLatin1(value, length);
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::setLength(qint16 newLength)
+{
+    length = static_cast<quint16>(qBound<qint32>(0, newLength, Capacity));
+    value[length] = Unit(0);
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::recomputeLength()
+{
+    const Unit *terminator = std::find(value, value + Capacity, Unit(0));
+    setLength(static_cast<qint16>(terminator - value));
+}
+
+template <typename Unit, qint32 Capacity>
+FixedString<Unit, Capacity> FixedString<Unit, Capacity>::left(qint32 count) const
+{
+    FixedString result;
+    result.appendUnits(value, qMin<qint32>(length, count));
+    return result;
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::appendUnits(const Unit *units, qint32 count)
+{
+    if (units == nullptr || count <= 0)
+        return;
+    const qint32 fitting = qMin<qint32>(count, Capacity - length);
+    std::memmove(value + length, units, static_cast<std::size_t>(fitting) * sizeof(Unit));
+    setLength(static_cast<qint16>(length + fitting));
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::insertAt(const qint32 &position, const FixedString &text)
+{
+    const qint32 head = qBound<qint32>(0, position, length);
+    FixedString result = left(head);
+    result.appendUnits(text.value, text.length);
+    result.appendUnits(value + head, length - head);
+    assign(result);
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::removeRange(const qint32 &position, const qint32 &count)
+{
+    const qint32 head = qBound<qint32>(0, position, length);
+    const qint64 behind = static_cast<qint64>(position) + count;
+    const qint32 rest = static_cast<qint32>(qBound<qint64>(0, behind, length));
+    FixedString result = left(head);
+    result.appendUnits(value + rest, length - rest);
+    assign(result);
+}
+
+template <typename Unit, qint32 Capacity>
+FixedString<Unit, Capacity> &
+FixedString<Unit, Capacity>::replaceAllNoCase(const FixedString &find,
+                                              const FixedString &replacement)
+{
+    qint32 found = indexOfNoCase(find, 0);
+    while (found >= 0) {
+        FixedString result = left(found);
+        result.appendUnits(replacement.value, replacement.length);
+        result.appendUnits(value + found + find.length, length - found - find.length);
+        assign(result);
+        found = indexOfNoCase(find, found + replacement.length);
+    }
+    return *this;
+}
+
+template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::toUpper()
+{
+    std::transform(value, value + length, value, upperCaseUnit<Unit>);
+}
+
+template <typename Unit, qint32 Capacity>
+FixedString<Unit, Capacity> &FixedString<Unit, Capacity>::toBackslashes()
+{
+    std::replace(value, value + length, Unit('/'), Unit('\\'));
+    return *this;
+}
+
+template <typename Unit, qint32 Capacity>
+bool FixedString<Unit, Capacity>::startsWithNoCase(FixedString &prefix) const
+{
+    if (isEmpty() || prefix.isEmpty() || prefix.length > length)
+        return false;
+    prefix.toUpper();
+    return sameUnitsNoCase(value, prefix.value, prefix.length);
+}
+
+template <typename Unit, qint32 Capacity>
+bool FixedString<Unit, Capacity>::endsWithNoCase(const FixedString &suffix) const
+{
+    if (isEmpty() || suffix.isEmpty() || suffix.length > length)
+        return false;
+    return sameUnitsNoCase(value + length - suffix.length, suffix.value, suffix.length);
+}
+
+template <typename Unit, qint32 Capacity>
+bool FixedString<Unit, Capacity>::startsWithParentReference() const
+{
+    FixedString reference = fixedText<FixedString>("..");
+    return startsWithNoCase(reference);
+}
+
+template <typename Unit, qint32 Capacity>
+bool FixedString<Unit, Capacity>::isUncPath() const
+{
+    FixedString separators = fixedText<FixedString>("\\\\");
+    return startsWithNoCase(separators);
+}
+
+template <typename Unit, qint32 Capacity>
+qint32 FixedString<Unit, Capacity>::compareNoCase(const FixedString &other) const
+{
+    FixedString upper = *this;
+    FixedString otherUpper = other;
+    upper.toUpper();
+    otherUpper.toUpper();
+    const std::size_t common = qMin(length, other.length);
+    const qint32 order = std::memcmp(upper.value, otherUpper.value, common * sizeof(Unit));
+    if (order != 0 || length == other.length)
+        return order;
+    return length < other.length ? -1 : 1;
+}
+
+template <typename Unit, qint32 Capacity>
+qint32 FixedString<Unit, Capacity>::indexOfNoCase(const FixedString &text, qint32 from) const
+{
+    const qint32 start = qMax(from, 0);
+    if (text.isEmpty() || text.length > length - start)
+        return -1;
+    if (text.length == length)
+        return compareNoCase(text) == 0 ? 0 : -1;
+
+    // One pass: the sum of a span's units is kept up as the span slides, and only where it equals
+    // that of the searched text are the units themselves compared.
+    FixedString upper = *this;
+    FixedString needle = text;
+    upper.toUpper();
+    needle.toUpper();
+    quint32 needleSum = 0;
+    quint32 spanSum = 0;
+    for (qint32 i = 0; i < needle.length; ++i) {
+        needleSum += static_cast<quint32>(needle.value[i]);
+        spanSum += static_cast<quint32>(upper.value[start + i]);
+    }
+    const std::size_t needleBytes = needle.length * sizeof(Unit);
+    for (qint32 i = start;; ++i) {
+        if (spanSum == needleSum && std::memcmp(upper.value + i, needle.value, needleBytes) == 0)
+            return i;
+        if (i + needle.length >= length)
+            return -1;
+        spanSum += static_cast<quint32>(upper.value[i + needle.length]);
+        spanSum -= static_cast<quint32>(upper.value[i]);
+    }
+}
+
+template <typename Unit, qint32 Capacity>
+qint32 FixedString<Unit, Capacity>::indexOfUnitNoCase(Unit unit, qint32 from) const
+{
+    const qint32 start = from >= 1 && from < length ? from : 0;
+    for (qint32 i = start; i < length; ++i)
+        if (upperCaseUnit(value[i]) == upperCaseUnit(unit))
+            return i;
+    return -1;
+}

@@ -1,0 +1,226 @@
+#include "text/path.h"
+
+namespace {
+
+constexpr char16_t backslash = u'\\';
+constexpr char16_t slash = u'/';
+constexpr qint32 parentReferenceLength = 3; // two full stops and the separator
+
+// The rules below stand once for both kinds of text. These overloads are what a kind does its own
+// way: above all, a fixed string takes a search start outside of it for 0, a QString finds nothing.
+
+qint32 lengthOf(const QString &text) { return text.size(); }
+qint32 lengthOf(const FixedWideString &text) { return text.length; }
+
+char16_t unitAt(const QString &text, qint32 position) { return text.at(position).unicode(); }
+char16_t unitAt(const FixedWideString &text, qint32 position) { return text.value[position]; }
+
+qint32 indexOfUnit(const QString &text, char16_t unit, qint32 from)
+{
+    return text.indexOf(QChar(unit), from);
+}
+qint32 indexOfUnit(const FixedWideString &text, char16_t unit, qint32 from)
+{
+    return text.indexOfUnitNoCase(unit, from);
+}
+
+qint32 lastIndexOfUnit(const QString &text, char16_t unit) { return text.lastIndexOf(QChar(unit)); }
+qint32 lastIndexOfUnit(const FixedWideString &text, char16_t unit)
+{
+    qint32 position = text.length - 1;
+    while (position >= 0 && text.value[position] != unit)
+        --position;
+    return position;
+}
+
+void cutTo(QString &text, qint32 length) { text.truncate(length); }
+void cutTo(FixedWideString &text, qint32 length) { text.setLength(static_cast<qint16>(length)); }
+
+void dropFirst(QString &text, qint32 count) { text.remove(0, count); }
+void dropFirst(FixedWideString &text, qint32 count) { text.removeRange(0, count); }
+
+void append(QString &text, const QString &more) { text += more; }
+void append(FixedWideString &text, const FixedWideString &more)
+{
+    text.appendUnits(more.value, more.length);
+}
+
+void appendUnit(QString &text, char16_t unit) { text += QChar(unit); }
+void appendUnit(FixedWideString &text, char16_t unit) { text.appendUnits(&unit, 1); }
+
+void collapsePairs(QString &text, char16_t unit)
+{
+    text.replace(QString(2, QChar(unit)), QString(QChar(unit)));
+}
+void collapsePairs(FixedWideString &text, char16_t unit)
+{
+    FixedWideString one;
+    appendUnit(one, unit);
+    FixedWideString two = one;
+    appendUnit(two, unit);
+    text.replaceAllNoCase(two, one);
+}
+
+template <typename Text>
+bool hasUnitAt(const Text &text, qint32 position, char16_t unit)
+{
+    return position >= 0 && position < lengthOf(text) && unitAt(text, position) == unit;
+}
+
+template <typename Text>
+bool endsWithUnit(const Text &text, char16_t unit)
+{
+    return hasUnitAt(text, lengthOf(text) - 1, unit);
+}
+
+template <typename Text>
+bool hasParentReferenceAt(const Text &path, qint32 position, char16_t separator)
+{
+    return hasUnitAt(path, position, u'.') && hasUnitAt(path, position + 1, u'.')
+           && hasUnitAt(path, position + 2, separator);
+}
+
+template <typename Text>
+qint32 indexOfParentReference(const Text &path, char16_t separator)
+{
+    for (qint32 i = 0; i + parentReferenceLength <= lengthOf(path); ++i)
+        if (hasParentReferenceAt(path, i, separator))
+            return i;
+    return -1;
+}
+
+/// Whether `head` is a placeholder, "<" name ">", with or without a separator behind it.
+template <typename Text>
+bool isPlaceholder(Text head, char16_t separator)
+{
+    if (!hasUnitAt(head, 0, u'<'))
+        return false;
+    if (endsWithUnit(head, separator))
+        cutTo(head, lengthOf(head) - 1);
+    return endsWithUnit(head, u'>') && lastIndexOfUnit(head, separator) < 0;
+}
+
+/// Length of the beginning that going up never cuts: drive, or server and share. -1 when the path
+/// is a network path that ends before its share does.
+template <typename Text>
+qint32 protectedLength(const Text &path, char16_t separator)
+{
+    if (!hasUnitAt(path, 1, separator))
+        return hasUnitAt(path, 1, u':') ? 2 : 0;
+    const qint32 behindServer = indexOfUnit(path, separator, 2);
+    return indexOfUnit(path, separator, behindServer + 1);
+}
+
+template <typename Text>
+void goUpOneFolder(Text &path, char16_t separator)
+{
+    if (lengthOf(path) < 3)
+        return;
+    if (endsWithUnit(path, separator))
+        cutTo(path, lengthOf(path) - 1);
+    const qint32 start = protectedLength(path, separator);
+    if (start < 0)
+        return;
+    const qint32 last = lastIndexOfUnit(path, separator);
+    if (last >= start) {
+        cutTo(path, last);
+    } else if (last < 0) {
+        cutTo(path, 0); // nothing lies above a bare drive
+        return;
+    }
+    appendUnit(path, separator);
+}
+
+template <typename Text>
+void normalize(Text &path, char16_t separator)
+{
+    const bool isNetworkPath = hasUnitAt(path, 0, separator) && hasUnitAt(path, 1, separator);
+    collapsePairs(path, separator);
+    if (isNetworkPath) {
+        Text restored;
+        appendUnit(restored, separator);
+        append(restored, path);
+        path = restored;
+    }
+
+    const qint32 first = indexOfParentReference(path, separator);
+    if (first < 0)
+        return;
+    Text head = path;
+    cutTo(head, first);
+    if (isPlaceholder(head, separator))
+        return;
+    dropFirst(path, first);
+    // No second look for a placeholder in the loop: head ends with a separator there or is folded
+    // down to text that is none, so only the end of the parent references stops it.
+    while (hasParentReferenceAt(path, 0, separator)) {
+        dropFirst(path, parentReferenceLength);
+        goUpOneFolder(head, separator);
+    }
+    append(head, path);
+    path = head;
+}
+
+} // namespace
+
+QString normalizePath(QString path)
+{
+    if (path.size() < 2)
+        return path;
+    normalize(path, path.contains(QChar(backslash)) ? backslash : slash);
+    return path;
+}
+
+FixedWideString normalizePathFixed(FixedWideString &path)
+{
+    if (path.length >= 2)
+        normalize(path.toBackslashes(), backslash);
+    return path;
+}
+
+QString parentFolder(QString path, QChar separator)
+{
+    goUpOneFolder(path, separator.unicode());
+    return path;
+}
+
+FixedWideString parentFolderFixed(FixedWideString &path)
+{
+    goUpOneFolder(path, backslash);
+    return path;
+}
+
+QString toBackslashPath(const QString &path)
+{
+    QString result = path;
+    result.replace(QChar(slash), QChar(backslash));
+    return result;
+}
+
+qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslash); }
+
+QString folderOfPath(QString path)
+{
+    if (path.size() < 3 || endsWithUnit(path, backslash))
+        return path;
+    const qint32 last = path.lastIndexOf(QChar(backslash));
+    const bool isBareShare =
+        hasUnitAt(path, 1, backslash) && path.indexOf(QChar(backslash), 2) == last;
+    if (last > 1 && !isBareShare)
+        path.truncate(last);
+    path += QChar(backslash);
+    return path;
+}
+
+const FixedWideString &withLongPathPrefix(FixedWideString &destination,
+                                          const FixedWideString &source)
+{
+    destination.assign(source);
+    if (source.isUncPath()) {
+        destination.removeRange(0, 1);
+        destination.insertAt(0, fixedText<FixedWideString>("\\\\?\\UNC"));
+    } else {
+        destination.insertAt(0, fixedText<FixedWideString>("\\\\?\\"));
+    }
+    return destination;
+}
