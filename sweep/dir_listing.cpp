@@ -1,0 +1,331 @@
+#include "sweep/dir_listing.h"
+
+#include "sweep/file_ops.h"
+#include "text/path.h"
+
+#include <cwchar>
+#include <utility>
+
+namespace {
+
+constexpr QChar backslash = QLatin1Char('\\');
+constexpr QChar asterisk = QLatin1Char('*');
+
+void closeSearch(DirListing &listing)
+{
+    if (listing.findHandle != INVALID_HANDLE_VALUE)
+        FindClose(listing.findHandle);
+    listing.findHandle = INVALID_HANDLE_VALUE;
+}
+
+QString upToLastBackslash(const QString &path)
+{
+    return path.left(path.lastIndexOf(backslash) + 1);
+}
+
+/// Sets folder, prefix and search pattern for what the caller named.
+void derivePaths(DirListing &listing, const QString &named)
+{
+    listing.folder = toBackslashPath(named);
+    listing.searchPattern = listing.folder;
+    if (listing.folder.endsWith(asterisk) || fileExists(listing.folder)) {
+        listing.prefix = upToLastBackslash(listing.folder);
+        return;
+    }
+    listing.prefix = listing.folder;
+    if (!listing.prefix.endsWith(backslash))
+        listing.prefix += backslash;
+    listing.searchPattern = listing.prefix + asterisk;
+}
+
+/// Fills `pattern` with the search pattern as the platform takes it. False when it does not fit:
+/// a pattern that was cut has lost its "*" and would find the folder itself, over and over.
+bool makePlatformPattern(const QString &searchPattern, FixedWideString &pattern)
+{
+    pattern.assignQString(searchPattern);
+    if (pattern.length > longPathLength) {
+        const FixedWideString plain = pattern;
+        withLongPathPrefix(pattern, plain);
+    }
+    // The prefix of a network path takes the place of the first unit.
+    return pattern.toQString().endsWith(searchPattern.mid(1));
+}
+
+bool readFirstEntry(DirListing &listing)
+{
+    FixedWideString pattern;
+    if (!makePlatformPattern(listing.searchPattern, pattern))
+        return false;
+    listing.findHandle =
+        FindFirstFileExW(platformText(pattern), FindExInfoStandard, &listing.findData,
+                         FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    // Platforms before Windows 7 do not know the flag.
+    if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
+        listing.findHandle = FindFirstFileW(platformText(pattern), &listing.findData);
+    return listing.findHandle != INVALID_HANDLE_VALUE;
+}
+
+bool readNextEntry(DirListing &listing)
+{
+    if (listing.findHandle == INVALID_HANDLE_VALUE)
+        return readFirstEntry(listing);
+    return FindNextFileW(listing.findHandle, &listing.findData) != 0;
+}
+
+bool foundFolder(const DirListing &listing)
+{
+    return (listing.findData.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+QString foundName(const DirListing &listing)
+{
+    const wchar_t *name = listing.findData.cFileName;
+    return textOfPlatform(name, static_cast<int>(std::wcslen(name)));
+}
+
+TimeStamp foundTime(const DirListing &listing)
+{
+    const FILETIME &written = listing.findData.ftLastWriteTime;
+    const FILETIME &time = written.dwHighDateTime == 0 ? listing.findData.ftCreationTime : written;
+    TimeStamp seconds = 0;
+    fileTimeToSeconds(seconds, time.dwLowDateTime, time.dwHighDateTime);
+    return seconds;
+}
+
+qint64 foundSize(const DirListing &listing)
+{
+    const quint64 high = listing.findData.nFileSizeHigh;
+    return static_cast<qint64>((high << 32) | listing.findData.nFileSizeLow);
+}
+
+template <typename Test>
+bool anyMatches(const QList<QString> &filters, Test test)
+{
+    for (const QString &filter : filters)
+        if (test(filter))
+            return true;
+    return false;
+}
+
+/// Each kind of filter that is in use overrides the verdict of the one before.
+bool passesFilters(const DirListing &listing, const QString &name)
+{
+    bool accepted = true;
+    if (!listing.suffixFilters.isEmpty())
+        accepted = anyMatches(listing.suffixFilters, [&name](const QString &filter) {
+            return name.endsWith(filter, Qt::CaseInsensitive);
+        });
+    if (!listing.prefixFilters.isEmpty())
+        accepted = anyMatches(listing.prefixFilters, [&name](const QString &filter) {
+            return name.startsWith(filter, Qt::CaseInsensitive);
+        });
+    if (!listing.containsFilters.isEmpty())
+        accepted = anyMatches(listing.containsFilters, [&name](const QString &filter) {
+            return name.contains(filter, Qt::CaseInsensitive);
+        });
+    return accepted;
+}
+
+bool isAccepted(const DirListing &listing)
+{
+    const QString name = foundName(listing);
+    if (!foundFolder(listing))
+        return passesFilters(listing, name);
+    return listing.includeFolders && name != QLatin1String(".") && name != QLatin1String("..");
+}
+
+bool nextInLists(DirListing &listing)
+{
+    ++listing.index;
+    listing.statDone = false;
+    if (listing.index < listing.names.size())
+        return true;
+    listing.isOpen = false;
+    return false;
+}
+
+bool nextInSearch(DirListingHandle &handle)
+{
+    while (readNextEntry(*handle.listing))
+        if (isAccepted(*handle.listing))
+            return true;
+    DirListing::close(handle);
+    return false;
+}
+
+void exchangeEntries(DirListing &listing, qint32 left, qint32 right)
+{
+    std::swap(listing.names[left], listing.names[right]);
+    std::swap(listing.times[left], listing.times[right]);
+    std::swap(listing.sizes[left], listing.sizes[right]);
+    std::swap(listing.folderFlags[left], listing.folderFlags[right]);
+}
+
+/// Quicksort of the entries from `first` to `last` by name.
+void sortEntries(DirListing &listing, qint32 first, qint32 last, bool descending)
+{
+    if (first >= last)
+        return;
+    const QString pivot = listing.names.at(first + (last - first) / 2);
+    const auto comesBefore = [descending](const QString &left, const QString &right) {
+        return descending ? right < left : left < right;
+    };
+    qint32 left = first;
+    qint32 right = last;
+    while (left <= right) {
+        while (comesBefore(listing.names.at(left), pivot))
+            ++left;
+        while (comesBefore(pivot, listing.names.at(right)))
+            --right;
+        if (left <= right)
+            exchangeEntries(listing, left++, right--);
+    }
+    sortEntries(listing, first, right, descending);
+    sortEntries(listing, left, last, descending);
+}
+
+void clearLists(DirListing &listing)
+{
+    listing.names.clear();
+    listing.times.clear();
+    listing.sizes.clear();
+    listing.folderFlags.clear();
+}
+
+/// Reads every entry into the lists, from which `next` serves them from then on.
+void readAll(DirListingHandle &handle, bool sort, bool descending)
+{
+    DirListing &listing = *handle.listing;
+    while (DirListing::next(handle)) {
+        listing.names.append(foundName(listing));
+        listing.times.append(foundTime(listing));
+        listing.sizes.append(foundSize(listing));
+        listing.folderFlags.append(foundFolder(listing));
+    }
+    if (sort)
+        sortEntries(listing, 0, listing.names.size() - 1, descending);
+    closeSearch(listing);
+    listing.isOpen = true;
+    listing.fromLists = true;
+    listing.haveLists = true;
+    listing.index = -1;
+}
+
+/// For a list of paths that came from outside: asks the platform about the current one.
+void readSinglePathStatus(DirListing &listing)
+{
+    if (listing.statDone)
+        return;
+    listing.statDone = true;
+    listing.statTime = 0;
+    listing.statSize = 0;
+    listing.statIsFolder = false;
+    const QString &path = listing.names.at(listing.index);
+    const FixedWideString250 cutPath = fixedText<FixedWideString250>(path);
+    const DWORD attributes = GetFileAttributesW(platformText(cutPath));
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return;
+    listing.statIsFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    fileTimeAndSize(path, &listing.statTime, &listing.statSize);
+}
+
+} // namespace
+
+DirListingHandle::~DirListingHandle() { DirListing::destroy(*this); }
+
+void DirListing::create(DirListingHandle &handle)
+{
+    destroy(handle);
+    handle.listing = new DirListing;
+    handle.listing->owner = &handle;
+}
+
+void DirListing::open(DirListingHandle &handle, const QString &folder, bool includeFolders,
+                      bool readAllFirst, bool sort, bool descending)
+{
+    close(handle);
+    DirListing &listing = *handle.listing;
+    listing.includeFolders = includeFolders;
+    derivePaths(listing, folder);
+    clearLists(listing);
+    listing.isOpen = true;
+    if (readAllFirst || sort)
+        readAll(handle, sort, descending);
+}
+
+bool DirListing::next(DirListingHandle &handle)
+{
+    if (!handle.listing->isOpen)
+        return false;
+    return handle.listing->fromLists ? nextInLists(*handle.listing) : nextInSearch(handle);
+}
+
+bool DirListing::isFolder(DirListingHandle &handle)
+{
+    DirListing &listing = *handle.listing;
+    if (!listing.fromLists)
+        return foundFolder(listing);
+    if (listing.haveLists)
+        return listing.folderFlags.at(listing.index);
+    readSinglePathStatus(listing);
+    return listing.statIsFolder;
+}
+
+QString DirListing::name(const DirListingHandle &handle)
+{
+    const DirListing &listing = *handle.listing;
+    return listing.fromLists ? listing.names.at(listing.index) : foundName(listing);
+}
+
+QString DirListing::fullPath(const DirListingHandle &handle)
+{
+    const DirListing &listing = *handle.listing;
+    return listing.namesAreFullPaths ? name(handle) : listing.prefix + name(handle);
+}
+
+TimeStamp DirListing::time(DirListingHandle &handle)
+{
+    DirListing &listing = *handle.listing;
+    if (!listing.fromLists)
+        return foundTime(listing);
+    if (listing.haveLists)
+        return listing.times.at(listing.index);
+    readSinglePathStatus(listing);
+    return listing.statTime;
+}
+
+qint64 DirListing::size(DirListingHandle &handle)
+{
+    DirListing &listing = *handle.listing;
+    if (!listing.fromLists)
+        return foundSize(listing);
+    if (listing.haveLists)
+        return listing.sizes.at(listing.index);
+    readSinglePathStatus(listing);
+    return listing.statSize;
+}
+
+void DirListing::addSuffixFilter(DirListingHandle &handle, const QString &text)
+{
+    if (!text.isEmpty())
+        handle.listing->suffixFilters.append(text);
+}
+
+void DirListing::close(DirListingHandle &handle)
+{
+    DirListing &listing = *handle.listing;
+    closeSearch(listing);
+    listing.isOpen = false;
+    listing.fromLists = false;
+    listing.namesAreFullPaths = false;
+    listing.haveLists = false;
+}
+
+void DirListing::destroy(DirListingHandle &handle)
+{
+    if (handle.listing == nullptr)
+        return;
+    close(handle);
+    delete handle.listing;
+    handle.listing = nullptr;
+}
