@@ -1,0 +1,78 @@
+#include "app/command_line.h"
+
+#include "app/version.h"
+#include "sweep/console.h"
+
+namespace {
+
+bool isOption(const QString &argument, const char *option)
+{
+    return argument.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+void printBanner()
+{
+    constexpr const char *rule =
+        ".----------------------------------------------------------------\n";
+    print("%s", rule);
+    print(". kxDeleteOldFiles ");
+    print(" " KX_VERSION);
+    print("\n");
+    print(". ");
+    print("Deletes old files and the folders that this empties.");
+    print("\n");
+    print("%s", rule);
+}
+
+void printUsage()
+{
+    print("\nUsage:\n\n");
+    print("  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n");
+    print("\n");
+    print("  directory: The directory to remove files from.\n");
+    print("             Subfolders are automatically searched as well. "
+          "Empty subfolders are deleted.\n");
+    print("             The directory can contain a folder with a * wildcard "
+          "to be replaced by ALL folder found\n");
+    print("  -do <days_old>: This tool does not delete files if they are not older than "
+          "<days_old> days. Default: 14 days\n");
+    print("  -v: Enable verbose messages.\n");
+    print("Note: There is no required order for the commandline flags\n");
+    print("\n");
+    print("\n");
+    print("Example commandlines: \n");
+    print("   Delete files from folder C:\\temp \n");
+    print("       kxDeleteOldFiles C:\\temp -do 7  \n");
+    print("\n");
+    print("   Delete files from the temp folder of all users\n");
+    print("       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n");
+    print("\n");
+    print("   Delete files from the temp folder of all users starting with 'm'\n");
+    print("       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n");
+    print("\n");
+    print("\n");
+}
+
+bool readOptions(int argc, char **argv, Options &options)
+{
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLatin1(argv[i]);
+        // As the last argument, with no value behind it, -do is a directory like any other.
+        if (isOption(argument, "-do") && i + 1 < argc) {
+            ++i;
+            bool isNumber = false;
+            options.daysOld = QString::fromLatin1(argv[i]).toInt(&isNumber, 10);
+            if (!isNumber) {
+                print("Error: Unable to convert %s into a number!\n", argv[i]);
+                return false;
+            }
+        } else if (isOption(argument, "-v")) {
+            options.verbose = true;
+        } else {
+            options.directory = argument;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,43 @@
+// The entry point: the steps of one run, and the exit codes.
+#include "app/command_line.h"
+#include "app/folder_run.h"
+#include "app/wildcard_folders.h"
+#include "sweep/console.h"
+
+// Read by the C start-up: a "*" in an argument arrives as typed, it is not expanded to names.
+extern "C" {
+extern int _dowildcard;
+int _dowildcard = 0;
+}
+
+namespace {
+
+constexpr int fewestArguments = 3; // asked for even where two would say everything
+
+constexpr int exitDone = 0; // whatever happened inside the folders
+constexpr int exitUsage = -1;
+constexpr int exitBadNumber = 3;
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    printBanner();
+    if (argc - 1 < fewestArguments) {
+        printUsage();
+        return exitUsage;
+    }
+
+    // Here, before any option is read, the check follows that the tool runs inside an installation
+    // of the suite; exit code 1 is kept free for it.
+
+    Options options;
+    if (!readOptions(argc, argv, options))
+        return exitBadNumber;
+
+    progressStamp = 0;
+    if (options.directory.contains(QLatin1Char('*')))
+        print("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
+    expandWildcardFolders(options.directory, options.daysOld, options.verbose);
+    return exitDone;
+}
