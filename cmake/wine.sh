@@ -57,5 +57,8 @@ if [ ! -e "$WINEPREFIX/complete" ]; then
   make_prefix >"$root/build/logs/wine-$kind.log" 2>&1 ||
     { echo "wine.sh: no Wine prefix; see build/logs/wine-$kind.log" >&2; exit 1; }
 fi
-wineserver -p60 2>/dev/null || true # it runs already
+# What the first program of a prefix starts beside itself must not hold the caller's output open.
+if wineserver -p60 >/dev/null 2>&1; then
+  timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null
+fi
 exec timeout -k 10 "${KX_TIMEOUT:-600}" wine "$@"

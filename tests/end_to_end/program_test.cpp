@@ -1,0 +1,281 @@
+#include "support/files.h"
+#include "support/program.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+const std::string rule = ".----------------------------------------------------------------\n";
+const std::string banner = rule + ". kxDeleteOldFiles  8.4.02\n"
+                           + ". Deletes old files and the folders that this empties.\n" + rule;
+
+std::string start(const std::string &folder, const std::string &days = "14")
+{
+    return "\nStarting to delete files in folder '" + folder + "', File have to be older than "
+           + days + " days.\n";
+}
+
+std::string progress(const std::string &folder) { return "     ..." + folder + "...\n"; }
+
+std::string end(const std::string &folder)
+{
+    return "  Done. Free drive space in " + folder + " is # MiB\n\n";
+}
+
+TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
+{
+    const std::string usage =
+        "\nUsage:\n\n"
+        "  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n"
+        "\n"
+        "  directory: The directory to remove files from.\n"
+        "             Subfolders are automatically searched as well. Empty subfolders are "
+        "deleted.\n"
+        "             The directory can contain a folder with a * wildcard to be replaced by ALL "
+        "folder found\n"
+        "  -do <days_old>: This tool does not delete files if they are not older than <days_old> "
+        "days. Default: 14 days\n"
+        "  -v: Enable verbose messages.\n"
+        "Note: There is no required order for the commandline flags\n"
+        "\n\n"
+        "Example commandlines: \n"
+        "   Delete files from folder C:\\temp \n"
+        "       kxDeleteOldFiles C:\\temp -do 7  \n"
+        "\n"
+        "   Delete files from the temp folder of all users\n"
+        "       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n"
+        "\n"
+        "   Delete files from the temp folder of all users starting with 'm'\n"
+        "       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n"
+        "\n\n";
+    const ScratchFolder scratch;
+    makeFile(scratch.path / L"a", old);
+    for (const wchar_t *arguments : { L"", L"X:\\scratch", L"X:\\scratch -v" }) {
+        const ProgramRun run = runProgram(arguments);
+        EXPECT_EQ(banner + usage, run.output);
+        EXPECT_EQ(0xFFFFFFFFu, run.exitCode);
+    }
+    EXPECT_EQ(Tree{ L"a" }, treeOf(scratch.path));
+}
+
+TEST(CommandLine, ReadsItsOptions)
+{
+    const std::string all = "  1 files deleted (2 Kib). \n\n";
+    const std::string none = "  0 files deleted (0 Kib). \n\n";
+    const auto swept = [](const std::string &days, const std::string &count,
+                          const std::string &log = "") {
+        return start("X:\\scratch", days) + progress("X:\\scratch") + count + log
+               + end("X:\\scratch");
+    };
+    const auto missing = [](const std::string &folder) {
+        return "Warning: directory " + folder + " does not exist!\n";
+    };
+    const struct
+    {
+        const wchar_t *arguments;
+        std::string output;
+        unsigned long exitCode = 0;
+    } rows[] = {
+        { L"X:\\scratch -DO 40", swept("40", none) },
+        { L"-do 7 x: -V X:\\scratch", swept("7", all, "\n   [X:\\scratch]: \n     -del a\n\n\n") },
+        { L"X:\\scratch -do -5", swept("-5", all) },
+        { L"X:\\scratch -do \" +0 \"", swept("0", all) },
+        { L"X:\\scratch -do 24855", swept("24855", none) },
+        { L"X:\\scratch -do 24856", swept("24856", all) }, // 32 bits of seconds wrap
+        { L"X:\\scratch -do abc", "Error: Unable to convert abc into a number!\n", 3 },
+        { L"X:\\scratch -do 7%d", "Error: Unable to convert 7%d into a number!\n", 3 },
+        { L"X:\\scratch -do 2147483648", "Error: Unable to convert 2147483648 into a number!\n",
+          3 },
+        { L"X:\\scratch -do -v", "Error: Unable to convert -v into a number!\n", 3 },
+        { L"X:\\scratch -v -do", missing("-do") },
+        { L"X:\\scratch -v -do7", missing("-do7") },
+        { L"-do 7 -v", missing("") },
+        { L"-v -v \"\"", missing("") },
+        { L"-v -v C:", missing("C:") },
+        { L"-v -v X:\\scratch\\a", missing("X:\\scratch\\a") },
+        { L"-v -v %s%n", missing("%s%n") },
+        { L"-v -v *", "Searching for folders matching '*'." },
+        { L"-v -v X:\\nothing\\*", "Searching for folders matching 'X:\\nothing\\*'." },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(row.arguments)));
+        const ScratchFolder scratch;
+        makeFile(scratch.path / L"a", old, 1536);
+        const ProgramRun run = runProgram(row.arguments);
+        EXPECT_EQ(banner + row.output, run.output);
+        EXPECT_EQ(row.exitCode, run.exitCode);
+        const bool deletes = row.output.find(all) != std::string::npos;
+        EXPECT_EQ(deletes ? Tree() : Tree{ L"a" }, treeOf(scratch.path));
+    }
+}
+
+TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
+{
+    const ScratchFolder scratch;
+    makeFile(scratch.path / L"%s 100%\\%n.txt", old, 511);
+    makeFile(scratch.path / L"deep\\er\\new", young);
+    makeFile(scratch.path / L"deep\\er\\old", 14.001, 1535);
+    makeFile(scratch.path / L"gone\\a\\old", old, 512);
+    makeFile(scratch.path / L"hidden", old, 0, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    makeFile(scratch.path / L"just young", 13.999);
+    makeFile(scratch.path / L"readonly", old, 2000000, FILE_ATTRIBUTE_READONLY);
+    makeFile(scratch.path / L"\x00FC\\\x0416\xFEFF", old); // outside Latin-1; a byte order mark
+    fs::create_directory(scratch.path / L"void");
+    const ProgramRun run = runProgram(L"X:\\scratch\\ -v -v");
+    EXPECT_EQ(banner + start("X:\\scratch\\") + progress("X:\\scratch\\")
+                  + "  6 files deleted (1 955 Kib). \n\n"
+                    "\n"
+                    "   [X:\\scratch\\]: \n"
+                    "     -dir [%s 100%]\n"
+                    "   [X:\\scratch\\%s 100%]: \n"
+                    "     -del %n.txt\n"
+                    "     -dir [deep]\n"
+                    "   [X:\\scratch\\deep]: \n"
+                    "     -dir [er]\n"
+                    "   [X:\\scratch\\deep\\er]: \n"
+                    "     -ignT new\n"
+                    "     -del old\n"
+                    "     -dir [gone]\n"
+                    "   [X:\\scratch\\gone]: \n"
+                    "     -dir [a]\n"
+                    "   [X:\\scratch\\gone\\a]: \n"
+                    "     -del old\n"
+                    "     -del hidden\n"
+                    "     -ignT just young\n"
+                    "     -del readonly\n"
+                    "     -dir [void]\n"
+                    "   [X:\\scratch\\void]: \n"
+                    "     -dir [\xFC]\n"
+                    "   [X:\\scratch\\\xFC]: \n"
+                    "     -del ??\n"
+                    "\n\n"
+                  + end("X:\\scratch\\"),
+              run.output);
+    EXPECT_EQ((Tree{ L"deep", L"deep\\er", L"deep\\er\\new", L"just young" }),
+              treeOf(scratch.path));
+}
+
+TEST(Sweep, ReportsWhatItCannotDeleteAndGoesOn)
+{
+    const ScratchFolder scratch;
+    for (const wchar_t *file : { L"sub\\%s held", L"sub\\old", L"sub\\zero\\old" })
+        makeFile(scratch.path / file, old);
+    const HANDLE held = CreateFileW(L"X:\\scratch\\sub\\%s held", GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    const ProgramRun run = runProgram(L"X:\\scratch -do 14");
+    CloseHandle(held);
+    EXPECT_EQ(banner + start("X:\\scratch") + progress("X:\\scratch")
+                  + "  2 files deleted (0 Kib). \n\n"
+                    "\nErrors:\n X:\\scratch\\sub\\%s held:Unable to delete file; Error 32: "
+                  + systemMessage(32) + "..\n \n\n" + end("X:\\scratch"),
+              run.output);
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_EQ((Tree{ L"sub", L"sub\\%s held" }), treeOf(scratch.path));
+}
+
+// A search pattern is its folder, a backslash and "*", and 4 units more with the prefix: a folder
+// of 494 units, with a file of 496, is the longest whose entries are seen.
+TEST(Sweep, ReachesPathsThatFitAndLeavesLongerOnesAlone)
+{
+    for (const std::size_t length : { 239u, 240u, 241u, 242u, 243u, 270u, 496u, 497u, 498u }) {
+        SCOPED_TRACE(length);
+        const ScratchFolder scratch;
+        std::string folder = "X:\\scratch\\" + std::string(length > 250 ? 230 : 100, 'm') + "\\";
+        folder += std::string(length - folder.size() - 2, 'f');
+        const std::wstring wideFolder(folder.begin(), folder.end());
+        makeFile(wideFolder + L"\\o", old);
+        const bool fits = length <= 496;
+        const std::string report =
+            fits ? "  1 files deleted (0 Kib). \n\n"
+                 : "  0 files deleted (0 Kib). \n\n\nErrors:\n Error deleting folder " + folder
+                       + ":Error 145: " + systemMessage(145) + ".\n \n\n";
+        EXPECT_EQ(banner + start("X:\\scratch") + progress("X:\\scratch") + report
+                      + end("X:\\scratch"),
+                  runProgram(L"X:\\scratch -do 14").output);
+        EXPECT_EQ(fits, DeleteFileW((wideFolder + L"\\o").c_str()) == 0) << "it was left";
+        EXPECT_EQ(fits, RemoveDirectoryW(wideFolder.c_str()) == 0);
+    }
+}
+
+TEST(Sweep, FollowsALinkToAFolder)
+{
+    // X:\links\tree\link leads to X:\links\target.
+    makeFile(L"X:\\links\\target\\old", old);
+    makeFile(L"X:\\links\\target\\new", young);
+    const ProgramRun run = runProgram(L"X:\\links\\tree -v -v");
+    EXPECT_THAT(run.output, testing::HasSubstr("     -dir [link]\n   [X:\\links\\tree\\link]: \n"
+                                               "     -ignT new\n     -del old\n"));
+    EXPECT_TRUE(fs::exists(L"X:\\links\\tree\\link"));
+    EXPECT_EQ(Tree{ L"new" }, treeOf(L"X:\\links\\target"));
+}
+
+TEST(Wildcards, RunEveryMatchingFolder)
+{
+    // A report with the number of deleted files, or -1 for the warning.
+    struct Folder
+    {
+        std::string path;
+        int deleted;
+    };
+    const struct
+    {
+        std::string directory;
+        std::vector<Folder> folders;
+        Tree left; // of ma, Me, mi and x
+    } rows[] = {
+        { "X:\\scratch\\M*\\T",
+          { { "X:\\scratch\\ma\\T", 1 },
+            { "X:\\scratch\\Me\\T", 1 },
+            { "X:\\scratch\\mi\\T", -1 } },
+          { L"Me", L"Me\\T", L"m file", L"ma", L"ma\\T", L"mi" } },
+        { "X:\\scratch\\m*nothing",
+          { { "X:\\scratch\\ma", 1 }, { "X:\\scratch\\Me", 1 }, { "X:\\scratch\\mi", 0 } },
+          { L"Me", L"m file", L"ma", L"mi" } },
+        { "X:\\scratch\\m*\\",
+          { { "X:\\scratch\\ma\\", 1 }, { "X:\\scratch\\Me\\", 1 }, { "X:\\scratch\\mi\\", 0 } },
+          { L"Me", L"m file", L"ma", L"mi" } },
+        { "X:\\s*\\m*\\T*\\",
+          { { "X:\\scratch\\ma\\T\\", 1 }, { "X:\\scratch\\Me\\T\\", 1 } },
+          { L"Me", L"Me\\T", L"m file", L"ma", L"ma\\T", L"mi" } },
+        { "X:/scratch/m*",
+          {},
+          { L"Me", L"Me\\T", L"Me\\T\\old", L"m file", L"ma", L"ma\\T", L"ma\\T\\old", L"mi" } },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.directory);
+        const ScratchFolder scratch;
+        for (const wchar_t *file : { L"ma\\T\\old", L"Me\\T\\old", L"x\\T\\old", L"m file" })
+            makeFile(scratch.path / file, old);
+        fs::create_directory(scratch.path / L"mi");
+
+        std::string expected = "Searching for folders matching '" + row.directory + "'.";
+        for (const Folder &folder : row.folders) {
+            if (folder.deleted < 0) {
+                expected += "Warning: directory " + folder.path + " does not exist!\n";
+                continue;
+            }
+            expected += start(folder.path);
+            if (&folder == &row.folders.front()) // the next line is due 5 seconds later
+                expected += progress(folder.path);
+            expected += "  " + std::to_string(folder.deleted) + " files deleted (0 Kib). \n\n"
+                        + end(folder.path);
+        }
+        const std::wstring directory(row.directory.begin(), row.directory.end());
+        EXPECT_EQ(banner + expected, runProgram(L"-do 14 " + directory).output);
+        Tree left = row.left;
+        left.insert(left.end(), { L"x", L"x\\T", L"x\\T\\old" });
+        EXPECT_EQ(left, treeOf(scratch.path));
+    }
+}
+
+TEST(Sweep, WorksOnANetworkPath)
+{
+    makeFile(L"X:\\share\\folder\\sub\\old", old);
+    const std::string folder = "\\\\server\\share\\folder";
+    EXPECT_EQ(banner + start(folder) + progress(folder) + "  1 files deleted (0 Kib). \n\n"
+                  + end(folder),
+              runProgram(L"\\\\server\\share\\folder -do 14").output);
+    EXPECT_EQ(Tree(), treeOf(L"X:\\share\\folder"));
+}
+
+} // namespace

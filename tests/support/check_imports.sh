@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Checks what the program asks the system for: DLLs that Windows brings along, and the formatted
+# print of the C run-time library, not the compiler's.
+#
+# usage: check_imports.sh PROGRAM TOOL-PREFIX
+set -euo pipefail
+
+others=$("$2objdump" -p "$1" | sed -n 's/^\tDLL Name: //p' | grep -viE \
+  '^(api-ms-win-crt-[a-z]+-l1-1-0|(advapi|kernel|mpr|netapi|ole|shell|user|ws2_)32|msvcrt|userenv|version|winmm)\.dll$' ||
+  true)
+symbols=$("$2nm" "$1")
+if [ -n "$others" ]; then
+  echo "It imports DLLs that are not Windows' own: $others"
+  exit 1
+fi
+grep -q ' __imp___stdio_common_vfprintf$' <<<"$symbols" || { echo "printf is not the library's"; exit 1; }
+if grep ' __mingw_v*fprintf$' <<<"$symbols"; then
+  echo "The compiler's own formatted print is linked."
+  exit 1
+fi
