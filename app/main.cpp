@@ -1,6 +1,7 @@
 // The entry point: the steps of one run, and the exit codes.
 #include "app/command_line.h"
 #include "app/folder_run.h"
+#include "app/root_check.h"
 #include "app/wildcard_folders.h"
 #include "sweep/console.h"
 
@@ -16,6 +17,7 @@ constexpr int fewestArguments = 3; // asked for even where two would say everyth
 
 constexpr int exitDone = 0; // whatever happened inside the folders
 constexpr int exitUsage = -1;
+constexpr int exitNoRoot = 1;
 constexpr int exitBadNumber = 3;
 
 } // namespace
@@ -28,8 +30,8 @@ int main(int argc, char **argv)
         return exitUsage;
     }
 
-    // Here, before any option is read, the check follows that the tool runs inside an installation
-    // of the suite; exit code 1 is kept free for it.
+    if (!checkInstallRoot(argc, argv))
+        return exitNoRoot;
 
     Options options;
     if (!readOptions(argc, argv, options))

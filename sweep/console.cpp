@@ -6,6 +6,28 @@
 #include "sweep/console.h"
 
 #include <cstdarg>
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+void ignoreInvalidParameter(const wchar_t *, const wchar_t *, const wchar_t *, unsigned, uintptr_t)
+{
+}
+
+/// While this lives, the run-time library returns from what it takes for an invalid parameter,
+/// instead of ending the program.
+struct QuietInvalidParameters
+{
+    QuietInvalidParameters() : before(_set_invalid_parameter_handler(ignoreInvalidParameter)) {}
+    ~QuietInvalidParameters() { _set_invalid_parameter_handler(before); }
+    QuietInvalidParameters(const QuietInvalidParameters &) = delete;
+    QuietInvalidParameters &operator=(const QuietInvalidParameters &) = delete;
+
+    _invalid_parameter_handler before;
+};
+
+} // namespace
 
 void print(const char *format, ...)
 {
@@ -13,6 +35,16 @@ void print(const char *format, ...)
     va_start(arguments, format);
     vprintf(format, arguments);
     va_end(arguments);
+}
+
+void printAsFormat(const QByteArray &format)
+{
+    // On x86-64 Windows a list of arguments is a pointer to slots of 8 bytes, and no conversion
+    // takes more slots than it has characters ("%*d" takes two).
+    std::vector<quint64> slots(static_cast<std::size_t>(format.size()) + 1, 0);
+    static_assert(sizeof(va_list) == sizeof(char *), "x86-64 Windows");
+    const QuietInvalidParameters quiet;
+    vprintf(format.constData(), reinterpret_cast<va_list>(slots.data()));
 }
 
 void flushOutput() { fflush(stdout); }

@@ -109,6 +109,49 @@ TEST(CommandLine, ReadsItsOptions)
     }
 }
 
+TEST(CommandLine, StopsOutsideAnInstallation)
+{
+    const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
+    fs::create_directories(L"X:\\apps\\bin\\win64");
+    fs::copy_file(L"X:\\suite\\bin\\win64\\kxDeleteOldFiles.exe", program,
+                  fs::copy_options::overwrite_existing);
+    std::string zeros;
+    std::wstring hundred;
+    for (int i = 0; i < 100; ++i) {
+        zeros += "0";
+        hundred += L"%d";
+    }
+    const struct
+    {
+        const wchar_t *arguments;
+        std::string flag;  // the last value, as the print routine shows it
+        std::string flags; // all of them
+    } rows[] = {
+        { L"X:\\scratch -do abc", "", "" },
+        { L"X:\\scratch -kxRoot Y:\\no&#228;", "Y:\\no\xE4\\", "Y:\\no\xE4\\" },
+        { L"X:\\scratch -kxroot a/ -KXROOT b", "b\\", "a/b\\" },
+        { L"X:\\scratch -kxRoot a%%s%%%*d%s", "a%s%0(null)\\", "a%s%0(null)\\" },
+        { hundred.insert(0, L"X:\\scratch -kxRoot ").c_str(), zeros + "\\", zeros + "\\" },
+    };
+    for (const auto &row : rows) {
+        const ScratchFolder scratch;
+        makeFile(scratch.path / L"a", old);
+        const ProgramRun run = runProgram(row.arguments, program);
+        EXPECT_EQ(banner
+                      + "Unable to get KX Root path; This executable was not started from a KX "
+                        "directory.\n\n (Tried: 'X:\\apps\\bin\\win64\\lost.exe', '"
+                      + row.flag + "')\n\n[-kxRoot flag: " + row.flags
+                      + ": invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: X:\\apps\\: "
+                        "invalid]\n[KX_ROOT: : invalid]",
+                  run.output);
+        EXPECT_EQ(1u, run.exitCode);
+        EXPECT_EQ(Tree{ L"a" }, treeOf(scratch.path));
+    }
+    // What the print routine refuses ends the message, not the program.
+    for (const wchar_t *flag : { L"%n", L"%", L"%hhn%", L"%99$d" })
+        EXPECT_EQ(1u, runProgram(std::wstring(L"X:\\scratch -kxRoot ") + flag, program).exitCode);
+}
+
 TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
 {
     const ScratchFolder scratch;

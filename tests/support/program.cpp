@@ -23,8 +23,10 @@ std::string readAll(HANDLE pipe)
 
 } // namespace
 
-ProgramRun runProgram(const std::wstring &arguments)
+ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program)
 {
+    for (const wchar_t *variable : { L"KX_ROOT", L"KX_ROOT_INSTALLER" })
+        SetEnvironmentVariableW(variable, nullptr);
     SECURITY_ATTRIBUTES inherited = { sizeof inherited, nullptr, TRUE };
     HANDLE readEnd = nullptr;
     STARTUPINFOW startup = {};
@@ -32,7 +34,7 @@ ProgramRun runProgram(const std::wstring &arguments)
     startup.dwFlags = STARTF_USESTDHANDLES;
     CreatePipe(&readEnd, &startup.hStdOutput, &inherited, 0);
     PROCESS_INFORMATION process = {};
-    std::wstring commandLine = L"X:\\suite\\bin\\win64\\kxDeleteOldFiles.exe " + arguments;
+    std::wstring commandLine = program + L" " + arguments;
     EXPECT_TRUE(CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                nullptr, &startup, &process));
     CloseHandle(startup.hStdOutput);

@@ -10,7 +10,8 @@ struct ProgramRun
     std::string output; // of standard output, each CR LF as one line feed
 };
 
-/// Runs the program of the sample installation with these arguments, in which quoting is the
-/// caller's, and standard error closed to it. The number of free MiB, which other programs change,
-/// reads "#" in the output.
-ProgramRun runProgram(const std::wstring &arguments);
+/// Runs the program, that of the sample installation if nothing else is said, with these arguments,
+/// in which quoting is the caller's, and without KX_ROOT and KX_ROOT_INSTALLER. The number of free
+/// MiB, which other programs change, reads "#" in the output.
+ProgramRun runProgram(const std::wstring &arguments,
+                      const std::wstring &program = L"X:\\suite\\bin\\win64\\kxDeleteOldFiles.exe");

@@ -1,0 +1,32 @@
+#include "app/root_check.h"
+
+#include "install/root_discovery.h"
+#include "sweep/console.h"
+
+#include <memory>
+
+bool checkInstallRoot(int argc, char **argv)
+{
+    // Kept until the process ends, for whatever the tool comes to ask of its installation.
+    static const std::unique_ptr<InstallPaths> paths(new InstallPaths);
+    QString rootLog;
+    bool startedOutsideRoot = false;
+    constexpr bool cfgGlobalFromExeRoot = false;
+    constexpr bool renderAppsFromExeRoot = false;
+    constexpr bool win64Binaries = true;
+    if (findInstallRoot(*paths, argc, argv, rootLog, startedOutsideRoot, cfgGlobalFromExeRoot,
+                        renderAppsFromExeRoot, FixedNarrowString100(), win64Binaries))
+        return true;
+
+    const QStringList flagValues = rootFlagValues(argc, argv);
+    const QString lastFlagValue = flagValues.isEmpty() ? QString() : flagValues.last();
+    // One placeholder at a time: one that a text brings along is filled by the next step.
+    const QString message =
+        QString::fromLatin1("Unable to get KX Root path; This executable was not started from a "
+                            "KX directory.\n\n (Tried: '%1', '%2')\n%3")
+            .arg(QString::fromLatin1(argv[0]))
+            .arg(lastFlagValue)
+            .arg(rootLog);
+    printAsFormat(message.toLatin1());
+    return false;
+}

@@ -1,0 +1,113 @@
+#include "install/app_path.h"
+
+#include "sweep/windows_api.h"
+
+#include <cstdlib>
+#include <cwchar>
+
+namespace {
+
+constexpr DWORD moduleNameBytes = 250;
+constexpr DWORD currentFolderBytes = 249;
+constexpr char backslash = '\\';
+
+/// Position of the last backslash in front of `end`, or -1.
+qint32 lastBackslashBefore(const FixedNarrowString250 &path, qint32 end)
+{
+    qint32 position = end - 1;
+    while (position >= 0 && path.value[position] != backslash)
+        --position;
+    return position;
+}
+
+void closeWithBackslash(FixedNarrowString250 &path) { path.appendUnits(&backslash, 1); }
+
+FixedNarrowString250 currentFolder()
+{
+    FixedNarrowString250 folder;
+    GetCurrentDirectoryA(currentFolderBytes, folder.value);
+    folder.recomputeLength();
+    return folder;
+}
+
+/// A buffer of the C run-time library, freed when this goes out of scope.
+struct EnvironmentValue
+{
+    explicit EnvironmentValue(const QString &name)
+    {
+        isSet = _wdupenv_s(&text, &units, platformText(name)) == 0 && text != nullptr && units > 0;
+    }
+    ~EnvironmentValue() { std::free(text); }
+    EnvironmentValue(const EnvironmentValue &) = delete;
+    EnvironmentValue &operator=(const EnvironmentValue &) = delete;
+
+    QString toQString() const { return textOfPlatform(text, static_cast<int>(std::wcslen(text))); }
+
+    wchar_t *text = nullptr;
+    std::size_t units = 0; // the terminator included
+    bool isSet = false;
+};
+
+} // namespace
+
+FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path)
+{
+    if (path.length < 3)
+        return path;
+    if (path.endsWithBackslash())
+        path.setLength(static_cast<qint16>(path.length - 1));
+    const qint32 last = lastBackslashBefore(path, path.length);
+    const bool isNetworkPath = path.value[1] == backslash;
+    if (last >= 2 && (!isNetworkPath || lastBackslashBefore(path, last) >= 2))
+        path.setLength(static_cast<qint16>(last));
+    closeWithBackslash(path);
+    return path;
+}
+
+FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
+                                         FixedNarrowString250 currentFolder)
+{
+    if (path.length < 4)
+        return FixedNarrowString250();
+    const bool isRelative = path.value[0] != backslash && path.value[1] != ':';
+    if (!isRelative || path.firstBackslash() < 0 || currentFolder.length <= 3)
+        return path;
+
+    if (!currentFolder.endsWithBackslash())
+        closeWithBackslash(currentFolder);
+    const auto parentReference = fixedText<FixedNarrowString250>("..\\");
+    qint32 rest = 0;
+    qint32 found = path.indexOfNoCase(parentReference, 0);
+    while (found >= 0) {
+        parentFolderNarrow(currentFolder);
+        rest = found + parentReference.length;
+        found = path.indexOfNoCase(parentReference, found + 1);
+    }
+    currentFolder.appendUnits(path.value + rest, path.length - rest);
+    return currentFolder;
+}
+
+bool appFolder(const char *argv0, FixedNarrowString250 &folder)
+{
+    folder.clear();
+    // A longer name fills the buffer and leaves no terminator in it: the count tells its length.
+    const DWORD count = GetModuleFileNameA(nullptr, folder.value, moduleNameBytes);
+    folder.setLength(static_cast<qint16>(count));
+    if (folder.isEmpty() && argv0 != nullptr)
+        folder = absoluteProgramPath(fixedText<FixedNarrowString250>(argv0), currentFolder());
+    if (folder.isEmpty())
+        return false;
+    parentFolderNarrow(folder);
+    return true;
+}
+
+QString getEnv(const QString &name)
+{
+    if (name.compare(QLatin1String("ProgramFiles"), Qt::CaseInsensitive) == 0) {
+        const EnvironmentValue programs(QString::fromLatin1("ProgramW6432"));
+        if (programs.isSet)
+            return programs.toQString();
+    }
+    const EnvironmentValue value(name);
+    return value.isSet ? value.toQString() : QString();
+}

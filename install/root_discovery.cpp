@@ -1,0 +1,171 @@
+#include "install/root_discovery.h"
+
+#include "install/app_path.h"
+#include "install/install_root.h"
+#include "text/entities.h"
+#include "text/path.h"
+
+namespace {
+
+const QString separator = QString::fromLatin1("\\");
+
+const char *const accepted = "]";
+const char *const acceptedByFlag = ": VALID!]";
+const char *const rejected = ": invalid]";
+
+QString argument(char **argv, int index) { return QString::fromLatin1(argv[index]); }
+
+bool isFlag(const QString &text, const char *flag)
+{
+    return text.startsWith(QLatin1String(flag), Qt::CaseInsensitive);
+}
+
+bool endsWithSeparator(const QString &folder)
+{
+    return folder.endsWith(separator) || folder.endsWith(QLatin1Char('/'));
+}
+
+QString twoFoldersUp(const QString &folder)
+{
+    return parentFolder(parentFolder(folder, separator.at(0)), separator.at(0));
+}
+
+/// Notes whether the candidate is a root, and empties it when it is not.
+void judge(QString &candidate, QString &rootLog, const char *whenAccepted)
+{
+    const bool isValid = isValidRoot(candidate);
+    rootLog += QLatin1String(isValid ? whenAccepted : rejected);
+    if (!isValid)
+        candidate.clear();
+}
+
+QString rootFromFlag(int argc, char **argv, QString &rootLog, bool &startedOutsideRoot)
+{
+    rootLog += QLatin1String("\n[-kxRoot flag: ");
+    QString candidate;
+    for (const QString &value : rootFlagValues(argc, argv)) {
+        candidate = value;
+        rootLog += value;
+    }
+    judge(candidate, rootLog, acceptedByFlag);
+    if (!candidate.isEmpty() && argument(argv, 0).mid(1, 1) == QLatin1String(":"))
+        startedOutsideRoot = !argument(argv, 0).startsWith(candidate);
+    return candidate;
+}
+
+QString rootFromEnvironment(const char *variable, QString &rootLog)
+{
+    QString candidate = getEnv(QString::fromLatin1(variable));
+    candidate.remove(QLatin1Char('\r'));
+    if (!candidate.isEmpty() && !endsWithSeparator(candidate))
+        candidate += separator;
+    rootLog += QLatin1String("\n[") + QLatin1String(variable) + QLatin1String(": ") + candidate;
+    judge(candidate, rootLog, accepted);
+    return candidate;
+}
+
+/// The root two folders above the program, unless there is a candidate already; that one is tested
+/// and noted a second time here, which users of the message are used to.
+void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
+{
+    if (candidate.isEmpty()) {
+        FixedNarrowString250 folder;
+        appFolder(argc >= 1 ? argv[0] : nullptr, folder);
+        candidate = twoFoldersUp(normalizePath(folder.toQString()));
+    }
+    candidate.replace(QLatin1String("\\_internal_"), QLatin1String("\\_"));
+    candidate = toBackslashPath(candidate);
+    rootLog += QLatin1String("\n[appPath: ") + candidate;
+    judge(candidate, rootLog, accepted);
+}
+
+QString rootFromProgramName(const QString &programName)
+{
+    const qint32 last = programName.lastIndexOf(separator);
+    if (last <= 2) // no folder behind a drive
+        return QString();
+    const QString candidate = twoFoldersUp(programName.left(last + 1));
+    return isValidRoot(candidate) ? candidate : QString();
+}
+
+/// A root named after its version may lie inside an installation, which is then the root.
+void leaveVersionFolder(InstallPaths &paths)
+{
+    FixedWideString250 &root = paths.entries[installRoot];
+    if (!root.endsWithNoCase(fixedText<FixedWideString250>("_KX9"))
+        && !root.endsWithNoCase(fixedText<FixedWideString250>("_KX9\\")))
+        return;
+    const QString parent = parentFolder(root.toQString(), separator.at(0));
+    if (isValidRoot(parent))
+        root.assignQString(parent);
+}
+
+void setStatusFolder(InstallPaths &paths, const QString &value)
+{
+    FixedWideString250 &status = paths.entries[statusFolder];
+    status.assignQString(value);
+    // A quoted value that ends in a backslash arrives with the closing quote behind it.
+    if (!status.isEmpty() && status.value[status.length - 1] == u'"')
+        status.setLength(static_cast<qint16>(status.length - 1));
+    if (!status.endsWithBackslash())
+        status.appendUnits(u"\\", 1);
+    if (!status.startsWithParentReference())
+        return;
+    FixedWideString250 absolute = paths.entries[installRoot];
+    absolute.appendUnits(status.value, status.length);
+    FixedWideString path = fixedText<FixedWideString>(absolute.toQString());
+    status.assignQString(normalizePathFixed(path).toQString());
+}
+
+void readStatusFlags(InstallPaths &paths, int argc, char **argv)
+{
+    paths.entries[statusFolder].clear();
+    for (int i = 1; i + 1 < argc; ++i)
+        if (isFlag(argument(argv, i), "-loadstatus"))
+            setStatusFolder(paths, decodeEntities(argument(argv, i + 1)));
+}
+
+} // namespace
+
+QStringList rootFlagValues(int argc, char **argv)
+{
+    QStringList values;
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (!isFlag(decodeEntities(argument(argv, i)), "-kxRoot"))
+            continue;
+        QString value = decodeEntities(argument(argv, i + 1));
+        if (!endsWithSeparator(value))
+            value += separator;
+        values.append(value);
+    }
+    return values;
+}
+
+bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLog,
+                     bool &startedOutsideRoot, bool cfgGlobalFromExeRoot,
+                     bool renderAppsFromExeRoot, const FixedNarrowString100 &renderAppsOverride,
+                     bool win64Binaries)
+{
+    QString candidate = rootFromFlag(argc, argv, rootLog, startedOutsideRoot);
+    if (candidate.isEmpty())
+        candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
+    tryProgramFolder(candidate, argc, argv, rootLog);
+    if (candidate.isEmpty() && argc >= 1)
+        candidate = rootFromProgramName(argument(argv, 0));
+    if (candidate.isEmpty())
+        candidate = rootFromEnvironment("KX_ROOT", rootLog);
+    if (candidate.isEmpty())
+        return false;
+
+    paths.entries[installRoot].assignQString(candidate);
+    paths.entries[executablesRoot] = paths.entries[installRoot];
+    const Relink relink = readRelinkFile(paths, rootLog);
+    if (relink == Relink::unreadable)
+        return false;
+    if (relink == Relink::none)
+        leaveVersionFolder(paths);
+    readStatusFlags(paths, argc, argv);
+    buildInstallLayout(paths, argc, argv, cfgGlobalFromExeRoot, renderAppsFromExeRoot,
+                       renderAppsOverride, win64Binaries);
+    return true;
+}

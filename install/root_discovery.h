@@ -1,0 +1,28 @@
+// Where the suite is installed: found from the command line, the environment and the program
+// itself.
+#pragma once
+
+#include "install/install_paths.h"
+
+#include <QStringList>
+
+/// The values of every "-kxRoot" flag, in order: decoded, and closed with a backslash unless they
+/// end in a backslash or slash. Whatever begins with the flag, in any case, counts, and so does
+/// whatever follows it.
+QStringList rootFlagValues(int argc, char **argv);
+
+/// Finds the installation root and fills the whole layout. Tried in this order: the -kxRoot flag,
+/// KX_ROOT_INSTALLER, the running program's folder (two folders up), the path in argv[0], KX_ROOT.
+/// The root's relink file may then move it; -loadstatus gives the status folder.
+///
+/// rootLog              what was tried and what came of it is appended, for the user to read
+/// startedOutsideRoot   set only when the flag gave the root and argv[0] has a drive: whether
+///                      argv[0] lies outside it
+/// the last four        as for buildInstallLayout
+///
+/// False when no folder is a valid root; `paths` is untouched then. Also false when the root's
+/// relink file cannot be opened: the installation root is empty then. Arguments are Latin-1.
+bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLog,
+                     bool &startedOutsideRoot, bool cfgGlobalFromExeRoot,
+                     bool renderAppsFromExeRoot, const FixedNarrowString100 &renderAppsOverride,
+                     bool win64Binaries);
