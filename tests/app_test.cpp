@@ -36,22 +36,18 @@ TEST(GroupedNumber, SplitsOffThreeGroupsAtMost)
 
 TEST(FreeSpace, AsksAboutTheRootOfThePath)
 {
-    const struct
-    {
-        QString path;
-        QString root;
-    } rows[] = {
-        { q("C:"), q("") },
-        { q("C:\\a\\b"), q("C:\\") },
-        { q("C:/a"), q("C:/") },
-        { q("\\\\srv\\share\\folder"), q("\\\\srv\\share\\") },
-        { q("\\\\srv\\share"), q("") },
-        { q("\\\\srv"), q("") },
-        { q("//srv/share/folder"), q("") },
-        { q("ab\\cd"), q("ab\\") },
+    const char *const rows[][2] = {
+        { "C:", "" },
+        { "C:\\a\\b", "C:\\" },
+        { "C:/a", "C:/" },
+        { "\\\\srv\\share\\folder", "\\\\srv\\share\\" },
+        { "\\\\srv\\share", "" },
+        { "\\\\srv", "" },
+        { "//srv/share/folder", "" },
+        { "ab\\cd", "ab\\" },
     };
     for (const auto &row : rows)
-        EXPECT_EQ(row.root, freeSpaceRoot(row.path)) << row.path.toStdString();
+        EXPECT_EQ(q(row[1]), freeSpaceRoot(q(row[0]))) << row[0];
     EXPECT_EQ(1000u, freeDriveSpaceMiB(q("Q:\\no such drive")));
     const QString tooLong = q("\\\\server\\") + run(245) + q("\\"); // 255 units
     EXPECT_EQ(1000u, freeDriveSpaceMiB(tooLong));
@@ -59,14 +55,8 @@ TEST(FreeSpace, AsksAboutTheRootOfThePath)
 
 TEST(Wildcard, IsSplitAtItsComponent)
 {
-    const struct
-    {
-        const char *path;
-        const char *base;
-        const char *nameStart;
-        const char *nameEnd;
-        const char *rest;
-    } rows[] = {
+    // Path, base, start and end of the name, rest.
+    const char *const rows[][5] = {
         { "*", "", "", "", "" },
         { "C:\\Users\\m*\\Temp", "C:\\Users\\", "m", "", "\\Temp" },
         { "C:\\*", "C:\\", "", "", "" },
@@ -76,12 +66,11 @@ TEST(Wildcard, IsSplitAtItsComponent)
         { "C:/Users/*", "C:/Users/\\", "", "", "" },
     };
     for (const auto &row : rows) {
-        SCOPED_TRACE(row.path);
-        const WildcardParts parts = splitAtWildcard(q(row.path));
-        EXPECT_EQ(q(row.base), parts.base);
-        EXPECT_EQ(q(row.nameStart), parts.nameStart);
-        EXPECT_EQ(q(row.nameEnd), parts.nameEnd);
-        EXPECT_EQ(q(row.rest), parts.rest);
+        const WildcardParts parts = splitAtWildcard(q(row[0]));
+        EXPECT_EQ(q(row[1]), parts.base) << row[0];
+        EXPECT_EQ(q(row[2]), parts.nameStart) << row[0];
+        EXPECT_EQ(q(row[3]), parts.nameEnd) << row[0];
+        EXPECT_EQ(q(row[4]), parts.rest) << row[0];
     }
 }
 

@@ -166,16 +166,10 @@ TEST(FixedString, ComparesWithoutRegardToCase)
     EXPECT_FALSE(wide(q("aB")).firstUnitIs(u'A'));
 }
 
-struct PathRow
-{
-    const char *path;
-    const char *expected;
-    const char *expectedFixed = nullptr; // where it differs
-};
-
 TEST(Path, NormalizesSeparatorsAndLeadingParents)
 {
-    const PathRow rows[] = {
+    // Path, expected, expected of the fixed form where that differs.
+    const char *const rows[][3] = {
         { "/", "/" },
         { "C:/a//b/../c", "C:/a/c", "C:\\a\\c" },
         { "C:\\a/b//c", "C:\\a/b//c", "C:\\a\\b\\c" },
@@ -195,18 +189,18 @@ TEST(Path, NormalizesSeparatorsAndLeadingParents)
         { "\\\\srv\\share\\..\\x", "\\\\srv\\sharex" },
         { "\\\\srv\\share\\dir\\..\\x", "\\\\srv\\share\\x" },
     };
-    for (const PathRow &row : rows) {
-        EXPECT_EQ(q(row.expected), normalizePath(q(row.path))) << row.path;
-        FixedWideString fixed = wide(q(row.path));
-        const QString expected = q(row.expectedFixed ? row.expectedFixed : row.expected);
-        EXPECT_EQ(expected, normalizePathFixed(fixed).toQString()) << row.path;
+    for (const auto &row : rows) {
+        EXPECT_EQ(q(row[1]), normalizePath(q(row[0]))) << row[0];
+        FixedWideString fixed = wide(q(row[0]));
+        const QString expected = q(row[2] ? row[2] : row[1]);
+        EXPECT_EQ(expected, normalizePathFixed(fixed).toQString()) << row[0];
         EXPECT_EQ(expected, fixed.toQString());
     }
 }
 
 TEST(Path, GoesUpOneFolder)
 {
-    const PathRow rows[] = {
+    const char *const rows[][2] = {
         { "C:", "C:" },
         { "C:\\", "" },
         { "C:\\a", "C:\\" },
@@ -219,10 +213,10 @@ TEST(Path, GoesUpOneFolder)
         { "\\\\srv\\share\\", "\\\\srv\\share" },
         { "\\\\srv\\share\\dir", "\\\\srv\\share\\" },
     };
-    for (const PathRow &row : rows) {
-        EXPECT_EQ(q(row.expected), parentFolder(q(row.path), QLatin1Char('\\'))) << row.path;
-        FixedWideString fixed = wide(q(row.path));
-        EXPECT_EQ(q(row.expected), parentFolderFixed(fixed).toQString()) << row.path;
+    for (const auto &row : rows) {
+        EXPECT_EQ(q(row[1]), parentFolder(q(row[0]), QLatin1Char('\\'))) << row[0];
+        FixedWideString fixed = wide(q(row[0]));
+        EXPECT_EQ(q(row[1]), parentFolderFixed(fixed).toQString()) << row[0];
     }
     EXPECT_EQ(q("a\\b/"), parentFolder(q("a\\b/c"), QLatin1Char('/')));
     EXPECT_EQ(q("a\\b\\"), toBackslashPath(q("a/b\\")));
@@ -231,7 +225,7 @@ TEST(Path, GoesUpOneFolder)
 
 TEST(Path, TakesTheFolderOfAPath)
 {
-    const PathRow rows[] = {
+    const char *const rows[][2] = {
         { "C:", "C:" },
         { "C:\\m", "C:\\" },
         { "C:\\a\\b.txt", "C:\\a\\" },
@@ -242,17 +236,13 @@ TEST(Path, TakesTheFolderOfAPath)
         { "a\\bc", "a\\bc\\" },
         { "C:/a/b", "C:/a/b\\" },
     };
-    for (const PathRow &row : rows)
-        EXPECT_EQ(q(row.expected), folderOfPath(q(row.path))) << row.path;
+    for (const auto &row : rows)
+        EXPECT_EQ(q(row[1]), folderOfPath(q(row[0]))) << row[0];
 }
 
 TEST(Path, PutsTheLongPathPrefixInFront)
 {
-    const struct
-    {
-        QString path;
-        QString expected;
-    } rows[] = {
+    const QString rows[][2] = {
         { q("C:\\a"), q("\\\\?\\C:\\a") },
         { q("\\\\server\\share\\x"), q("\\\\?\\UNC\\server\\share\\x") },
         { q("\\\\?\\C:\\a"), q("\\\\?\\UNC\\?\\C:\\a") },
@@ -261,8 +251,8 @@ TEST(Path, PutsTheLongPathPrefixInFront)
     };
     for (const auto &row : rows) {
         FixedWideString prefixed = wide(q("overwritten"));
-        EXPECT_EQ(row.expected, withLongPathPrefix(prefixed, wide(row.path)).toQString());
-        EXPECT_EQ(row.expected, prefixed.toQString());
+        EXPECT_EQ(row[1], withLongPathPrefix(prefixed, wide(row[0])).toQString());
+        EXPECT_EQ(row[1], prefixed.toQString());
     }
 }
 

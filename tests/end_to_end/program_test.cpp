@@ -112,15 +112,10 @@ TEST(CommandLine, ReadsItsOptions)
 TEST(CommandLine, StopsOutsideAnInstallation)
 {
     const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
-    fs::create_directories(L"X:\\apps\\bin\\win64");
-    fs::copy_file(L"X:\\suite\\bin\\win64\\kxDeleteOldFiles.exe", program,
-                  fs::copy_options::overwrite_existing);
-    std::string zeros;
-    std::wstring hundred;
-    for (int i = 0; i < 100; ++i) {
-        zeros += "0";
+    std::wstring hundred = L"X:\\scratch -kxRoot ";
+    for (int i = 0; i < 100; ++i)
         hundred += L"%d";
-    }
+    const std::string zeros = std::string(100, '0') + "\\";
     const struct
     {
         const wchar_t *arguments;
@@ -131,7 +126,7 @@ TEST(CommandLine, StopsOutsideAnInstallation)
         { L"X:\\scratch -kxRoot Y:\\no&#228;", "Y:\\no\xE4\\", "Y:\\no\xE4\\" },
         { L"X:\\scratch -kxroot a/ -KXROOT b", "b\\", "a/b\\" },
         { L"X:\\scratch -kxRoot a%%s%%%*d%s", "a%s%0(null)\\", "a%s%0(null)\\" },
-        { hundred.insert(0, L"X:\\scratch -kxRoot ").c_str(), zeros + "\\", zeros + "\\" },
+        { hundred.c_str(), zeros, zeros },
     };
     for (const auto &row : rows) {
         const ScratchFolder scratch;
