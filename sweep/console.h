@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 
-/// Prints to standard output; rests on the C run-time library's own formatted print, not on the
+/// Prints to standard output. Rests on the C run-time library's own formatted print, not on the
 /// compiler's replacement. Line feeds leave as CR LF when redirected.
 [[gnu::format(ms_printf, 1, 2)]] void print(const char *format, ...);
 

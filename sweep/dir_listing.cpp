@@ -43,12 +43,12 @@ void derivePaths(DirListing &listing, const QString &named)
 bool makePlatformPattern(const QString &searchPattern, FixedWideString &pattern)
 {
     pattern.assignQString(searchPattern);
-    if (pattern.length > longPathLength) {
-        const FixedWideString plain = pattern;
-        withLongPathPrefix(pattern, plain);
-    }
-    // The prefix of a network path takes the place of the first unit.
-    return pattern.toQString().endsWith(searchPattern.mid(1));
+    if (pattern.length <= longPathLength)
+        return true;
+    const FixedWideString plain = pattern;
+    withLongPathPrefix(pattern, plain);
+    const qint32 added = plain.isUncPath() ? longNetworkPrefixUnits : longPathPrefixUnits;
+    return searchPattern.size() + added <= FixedWideString::capacity;
 }
 
 bool readFirstEntry(DirListing &listing)

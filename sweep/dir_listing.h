@@ -25,7 +25,10 @@ struct DirListingHandle
     DirListing *listing = nullptr;
 };
 
-/// A listing under way. Its operations take the handle it lives in, which `create` fills.
+/// A listing under way. Its operations take the handle it lives in, which `create` fills first.
+///
+/// The tool needs neither prefix and contains filters nor lists of paths from outside
+/// (namesAreFullPaths and the stat... values); other users set those fields themselves.
 ///
 ///     DirListingHandle handle;
 ///     DirListing::create(handle);

@@ -6,8 +6,8 @@
 
 #include "text/fixed_string.h"
 
-/// Stands for the calling thread's last error. Asks for it first of all, but any platform call in
-/// between overwrites it.
+/// Stands for the calling thread's last error (GetLastError), which the next platform call may
+/// overwrite: use it directly behind the call that failed.
 constexpr quint32 lastErrorCode = 0xFFFFFFFF;
 
 /// "Error 5: Access denied.." for 5: the number, the system's message (FormatMessageW) and a full
@@ -17,5 +17,6 @@ constexpr quint32 lastErrorCode = 0xFFFFFFFF;
 FixedWideString systemErrorText(quint32 code);
 
 /// The meaning of a structured-exception code, or the message that ntdll.dll holds for a status
-/// code (FormatMessageA); line breaks inside stay. Cut at 500 bytes.
+/// code (FormatMessageA); line breaks inside stay. Without either "ERROR code 7. (No system message
+/// found)" for 7. Cut at 500 bytes.
 FixedNarrowString500 exceptionCodeText(quint32 code);

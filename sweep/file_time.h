@@ -25,9 +25,10 @@ void fileTimeToSeconds(TimeStamp &seconds, quint32 low, quint32 high);
 /// that time.
 bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now = nullptr);
 
-/// Minutes in a number of days, as the low 32 bits: a number above 1491308 wraps, and the limit
-/// may turn negative. Command lines with such numbers rely on it.
+/// Minutes in a number of days, as the low 32 bits: beyond 1491308 days either way it deliberately
+/// wraps, and the limit may change its sign.
 qint32 daysToMinutes(qint32 days);
 
-/// Seconds in a number of minutes, as the low 32 bits: 24856 days' worth of minutes and more wrap.
+/// Seconds in a number of minutes, as the low 32 bits: from 24856 days' worth of minutes on either
+/// way it deliberately wraps.
 qint32 minutesToSeconds(qint32 minutes);

@@ -13,11 +13,6 @@ namespace {
 constexpr quint64 epoch = 116444736000000000u; // 1970 in ticks of 100 ns since 1601
 constexpr quint64 second = 10000000u;
 
-std::string latin1(const FixedWideString &text)
-{
-    return text.toQString().toLatin1().toStdString();
-}
-
 qint64 daysSince(TimeStamp time)
 {
     TimeStamp now = 0;
@@ -63,53 +58,64 @@ TEST(FileTime, HasElapsedOnlyBehindTheSpan)
 
 TEST(ErrorText, WordsACodeInOneLine)
 {
-    const struct
-    {
-        quint32 code;
-        std::string text;
-    } rows[] = {
-        { 0, "No Error." },
-        { 126, "A DLL is missing." },
-        { 5, "Error 5: " + systemMessage(5) + "." },
-        { 0xC00000FD, "EXCEPTION: The thread used up its stack." },
-        { 0xEFFFFFFF, "ERROR code -268435457. (No system message found)" },
+    const auto text = [](quint32 code) {
+        return systemErrorText(code).toQString().toLatin1().toStdString();
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(row.text, latin1(systemErrorText(row.code)));
+    EXPECT_EQ("No Error.", text(0));
+    EXPECT_EQ("A DLL is missing.", text(126));
+    EXPECT_EQ("Error 5: " + systemMessage(5) + ".", text(5));
+    EXPECT_EQ("..", text(5).substr(text(5).size() - 2));
+    EXPECT_EQ("ERROR code 107. (No system message found)", text(107)); // it has inserts
+    EXPECT_EQ("ERROR code -268435457. (No system message found)", text(0xEFFFFFFF));
     SetLastError(145);
-    EXPECT_EQ("Error 145: " + systemMessage(145) + ".", latin1(systemErrorText(lastErrorCode)));
-    EXPECT_EQ("..", latin1(systemErrorText(145)).substr(latin1(systemErrorText(145)).size() - 2));
+    EXPECT_EQ("Error 145: " + systemMessage(145) + ".", text(lastErrorCode));
+
+    // The twenty fixed texts by the checksum of all of them, made from what users were told.
+    QByteArray texts;
+    for (const quint32 code :
+         { 0xC0000005, 0x80000002, 0x80000003, 0x80000004, 0xC0000006, 0xC000001D, 0xC0000025,
+           0xC0000026, 0xC000008C, 0xC000008D, 0xC000008E, 0xC000008F, 0xC0000090, 0xC0000091,
+           0xC0000092, 0xC0000093, 0xC0000094, 0xC0000095, 0xC0000096, 0xC00000FD })
+        texts += exceptionCodeText(code).value;
+    EXPECT_EQ(2335, texts.size());
+    EXPECT_EQ(35230, qChecksum(texts.constData(), 2335)); // CRC-16, ISO 3309
+    EXPECT_EQ("EXCEPTION: The thread used up its stack.", text(0xC00000FD));
 }
 
 TEST(FileOps, TellFilesFromFolders)
 {
     const ScratchFolder scratch;
     makeFile(L"X:\\scratch\\file", old, 700);
-    const struct
-    {
-        const char *path;
-        bool isFile;
-        bool isFolder;
-    } rows[] = {
-        { "X:\\scratch\\file", true, false },
-        { "X:\\scratch", false, true },
-        { "X:\\scratch\\", false, true },
-        { "X:\\nothing", false, false },
-        { "X:", false, false },
-        { "", false, false },
+    // Path, and what it is: a file, a folder or nothing.
+    const char *const rows[][2] = {
+        { "X:\\scratch\\file", "file" },
+        { "X:\\scratch", "folder" },
+        { "X:\\scratch\\", "folder" },
+        { "X:\\scratch\\\\", "folder" },
+        { "X:\\nothing", "" },
+        { "X:", "" },
+        { "", "" },
     };
     for (const auto &row : rows) {
-        SCOPED_TRACE(row.path);
-        EXPECT_EQ(row.isFile, fileExists(q(row.path)));
-        EXPECT_EQ(row.isFolder, folderExists(q(row.path)));
+        const bool isFile = q(row[1]) == q("file");
+        EXPECT_EQ(isFile, fileExists(q(row[0]))) << row[0];
+        EXPECT_EQ(q(row[1]) == q("folder"), folderExists(q(row[0]))) << row[0];
         qint64 size = -1;
-        EXPECT_EQ(row.isFile, fileTimeAndSize(q(row.path), nullptr, &size));
-        EXPECT_EQ(row.isFile ? 700 : -1, size);
-        EXPECT_EQ(QString(), row.isFile ? QString() : deleteFile(q(row.path)));
+        EXPECT_EQ(isFile, fileTimeAndSize(q(row[0]), nullptr, &size)) << row[0];
+        EXPECT_EQ(isFile ? 700 : -1, size);
+        EXPECT_EQ(QString(), isFile ? QString() : deleteFile(q(row[0])));
     }
+    const HANDLE held = CreateFileW(L"X:\\scratch\\file", GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                    0, nullptr); // does not hinder who only asks
     TimeStamp time = 0;
     EXPECT_TRUE(fileTimeAndSize(q("X:\\scratch\\file"), &time, nullptr));
+    CloseHandle(held);
     EXPECT_EQ(30, daysSince(time));
+    fs::create_directory(L"X:\\scratch\\folder");
+    fs::current_path(L"X:\\scratch");
+    EXPECT_FALSE(removeFolder(q("folder"))); // it is looked for below itself
+    EXPECT_TRUE(removeFolder(q("X:\\scratch\\folder")));
+    fs::current_path(L"X:\\");
 }
 
 // With the long-path prefix a full stop at the end belongs to the name; without it the platform
@@ -117,82 +123,130 @@ TEST(FileOps, TellFilesFromFolders)
 TEST(FileOps, PutThePrefixInFrontFrom240UnitsOn)
 {
     for (const int length : { 239, 240, 241 }) {
+        SCOPED_TRACE(length);
         const ScratchFolder scratch;
-        const QString folder = q("X:\\scratch\\") + run(200);
-        fs::create_directory(folder.toStdWString());
-        const QString file = folder + q("\\") + run(length - folder.size() - 2) + q(".");
-        CloseHandle(CreateFileW((L"\\\\?\\" + file.toStdWString()).c_str(), GENERIC_WRITE, 0,
-                                nullptr, CREATE_NEW, 0, nullptr));
-        ASSERT_EQ(2u, treeOf(scratch.path).size());
-        EXPECT_EQ(length >= 240, fileExists(file)) << length;
-        EXPECT_EQ(QString(), deleteFile(file));
-        EXPECT_EQ(length >= 240 ? 1u : 2u, treeOf(scratch.path).size()) << length;
-        DeleteFileW((L"\\\\?\\" + file.toStdWString()).c_str());
+        const QString above = q("X:\\scratch\\") + run(200);
+        fs::create_directory(above.toStdWString());
+        const QString path = above + q("\\") + run(length - above.size() - 2) + q(".");
+        const std::wstring verbatim = L"\\\\?\\" + path.toStdWString();
+        CreateDirectoryW(verbatim.c_str(), nullptr);
+        EXPECT_EQ(length >= 240, folderExists(path));
+        EXPECT_EQ(length >= 240, folderExists(path + q("\\")));
+        RemoveDirectoryW(verbatim.c_str());
+        CloseHandle(
+            CreateFileW(verbatim.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+        EXPECT_EQ(length >= 240, fileExists(path));
+        EXPECT_FALSE(fileTimeAndSize(path, nullptr, nullptr)); // opened by the plain path
+        EXPECT_EQ(QString(), deleteFile(path));
+        EXPECT_EQ(length < 240, DeleteFileW(verbatim.c_str()) != 0) << "it was left";
     }
 }
 
-QString namesIn(const QString &folder, bool includeFolders, bool sort, bool descending,
-                const QString &suffix = QString())
+/// What a listing yields of each entry: the full path behind X:\scratch\, and the size.
+QString listed(DirListingHandle &handle)
 {
-    DirListingHandle handle;
-    DirListing::create(handle);
-    DirListing::addSuffixFilter(handle, suffix);
-    DirListing::open(handle, folder, includeFolders, false, sort, descending);
-    QString names;
+    QString entries;
     while (DirListing::next(handle))
-        names += DirListing::name(handle) + q(DirListing::isFolder(handle) ? "\\ " : " ");
+        entries +=
+            DirListing::fullPath(handle).mid(11)
+            + (DirListing::isFolder(handle) ? q("\\ ") : q(":%1 ").arg(DirListing::size(handle)));
     EXPECT_FALSE(DirListing::next(handle));
-    return names;
+    return entries;
 }
 
 TEST(DirListing, YieldsWhatItIsAskedFor)
 {
     const ScratchFolder scratch;
+    int size = 0;
     for (const wchar_t *name : { L"c.txt", L"B.txt", L"a.log", L".git\\x", L"d.TXT", L"e.txt\\y" })
-        makeFile(scratch.path / name, old);
-    const QString folder = q("X:\\scratch");
-    EXPECT_EQ(q(".git\\ B.txt a.log c.txt d.TXT e.txt\\ "), namesIn(folder, true, true, false));
-    EXPECT_EQ(q("d.TXT c.txt a.log B.txt "), namesIn(folder + q("/"), false, true, true));
-    EXPECT_EQ(q(".git\\ a.log e.txt\\ "), namesIn(folder, true, true, false, q(".LOG")));
-    EXPECT_EQ(q("c.txt "), namesIn(folder + q("\\C*"), true, false, false));
-    EXPECT_EQ(q("c.txt "), namesIn(folder + q("\\c.txt"), true, false, false));
-    EXPECT_EQ(q(""), namesIn(folder + q("\\nothing"), true, true, false));
+        makeFile(scratch.path / name, old, ++size);
+    DirListingHandle handle;
+    DirListing::create(handle);
+    const auto list = [&handle](const char *folder, bool includeFolders, bool sort,
+                                bool descending) {
+        DirListing::open(handle, q(folder), includeFolders, false, sort, descending);
+        return listed(handle);
+    };
+    EXPECT_EQ(q(".git\\ B.txt:2 a.log:3 c.txt:1 d.TXT:5 e.txt\\ "),
+              list("X:\\scratch", true, true, false));
+    EXPECT_EQ(q("d.TXT:5 c.txt:1 a.log:3 B.txt:2 "), list("X:/scratch/", false, true, true));
+    EXPECT_EQ(q("c.txt:1 "), list("X:\\scratch\\C*", true, false, false));
+    EXPECT_EQ(q("c.txt:1 "), list("X:\\scratch\\c.txt", true, true, false));
+    EXPECT_EQ(q(""), list("X:\\scratch\\nothing", true, true, false));
+    DirListing::open(handle, q("X:\\scratch"), true, true, true, false);
+    EXPECT_TRUE(DirListing::next(handle)); // left in the middle
+    // Later kinds of filters override the earlier ones; folders pass.
+    DirListing::addSuffixFilter(handle, q(""));
+    DirListing::addSuffixFilter(handle, q(".LOG"));
+    EXPECT_EQ(q(".git\\ a.log:3 e.txt\\ "), list("X:\\scratch", true, true, false));
+    handle.listing->prefixFilters.append(q("b"));
+    EXPECT_EQ(q("B.txt:2 "), list("X:\\scratch", false, true, false));
+    handle.listing->containsFilters.append(q(".T"));
+    EXPECT_EQ(q("B.txt:2 c.txt:1 d.TXT:5 "), list("X:\\scratch", false, true, false));
+
+    DirListing &listing = *handle.listing; // paths that come from outside
+    listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
+    listing.haveLists = false;
+    listing.index = -1;
+    listing.names = { q("X:\\scratch\\c.txt"), q("X:\\scratch\\.git"), q("X:\\scratch\\no") };
+    EXPECT_EQ(q("c.txt:1 .git\\ no:0 "), listed(handle));
+    DirListing::destroy(handle);
+    EXPECT_EQ(nullptr, handle.listing);
 }
 
-TEST(DirListing, KnowsPathTimeAndSizeFromTheSearchAndFromTheLists)
+TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
 {
     const ScratchFolder scratch;
-    makeFile(scratch.path / L"file", old, 1234);
-    for (const bool readAllFirst : { false, true }) {
-        DirListingHandle handle;
-        DirListing::create(handle);
-        DirListing::open(handle, q("X:/scratch"), true, readAllFirst, false, false);
-        ASSERT_TRUE(DirListing::next(handle));
-        EXPECT_EQ(q("X:\\scratch\\file"), DirListing::fullPath(handle));
-        EXPECT_EQ(30, daysSince(DirListing::time(handle)));
-        EXPECT_EQ(1234, DirListing::size(handle));
-        EXPECT_EQ(readAllFirst, handle.listing->findHandle == INVALID_HANDLE_VALUE);
-        if (readAllFirst)
-            continue;
-        // No file system here keeps such times, so they are put into the search result itself.
-        WIN32_FIND_DATAW &found = handle.listing->findData;
-        found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
-        found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
-        EXPECT_EQ(5, DirListing::time(handle));
-        found.ftLastWriteTime.dwHighDateTime = 1;
-        EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
-    }
+    makeFile(scratch.path / L"file", old);
+    DirListingHandle handle;
+    DirListing::create(handle);
+    DirListing::open(handle, q("X:\\scratch"), true, true, false, false);
+    ASSERT_TRUE(DirListing::next(handle));
+    EXPECT_EQ(30, daysSince(DirListing::time(handle)));
+    EXPECT_EQ(INVALID_HANDLE_VALUE, handle.listing->findHandle);
+    DirListing::open(handle, q("X:\\scratch"), true, false, false, false);
+    ASSERT_TRUE(DirListing::next(handle));
+    EXPECT_EQ(30, daysSince(DirListing::time(handle)));
+    // No file system here keeps such times and sizes: they are put into the search result itself.
+    WIN32_FIND_DATAW &found = handle.listing->findData;
+    found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
+    found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
+    EXPECT_EQ(5, DirListing::time(handle));
+    found.ftLastWriteTime.dwHighDateTime = 1;
+    EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
+    found.nFileSizeHigh = 1;
+    EXPECT_EQ(4294967296, DirListing::size(handle));
 }
 
-// Behind the prefix a doubled backslash is an error, so only without it the folder is found.
+// Behind the prefix a doubled backslash is an error, so only without it the folder is found; and
+// a pattern that does not fit with its prefix, 4 units or 6 on the network, finds nothing.
 TEST(DirListing, PutsThePrefixInFrontAbove240Units)
 {
-    for (const int patternLength : { 239, 240, 241 }) {
+    const struct
+    {
+        QString above;
+        int patternLength;
+        bool isListed;
+    } rows[] = {
+        { q("X:\\scratch\\\\"), 239, true },      { q("X:\\scratch\\\\"), 240, true },
+        { q("X:\\scratch\\\\"), 241, false },     { q("X:\\scratch\\"), 496, true },
+        { q("X:\\scratch\\"), 497, false },       { q("\\\\server\\share\\"), 494, true },
+        { q("\\\\server\\share\\"), 495, false },
+    };
+    for (const auto &row : rows) {
         const ScratchFolder scratch;
-        const QString parent = q("X:\\scratch\\") + run(200);
-        const QString folder = parent + q("\\\\") + run(patternLength - parent.size() - 4);
-        makeFile(fs::path(folder.toStdWString()) / L"file", old);
-        EXPECT_EQ(q(patternLength <= 240 ? "file " : ""), namesIn(folder, true, false, false));
+        const QString above = row.above + run(row.patternLength > 250 ? 240 : 100, 'm');
+        const QString folder = above + q("\\") + run(row.patternLength - above.size() - 3);
+        fs::create_directories(folder.toStdWString());
+        const std::wstring file = (folder + q("\\f")).toStdWString();
+        makeFile(file, old);
+        DirListingHandle handle;
+        DirListing::create(handle);
+        DirListing::open(handle, folder, true, true, false, false);
+        EXPECT_EQ(row.isListed, DirListing::next(handle)) << row.patternLength;
+        DeleteFileW(file.c_str()); // too long for the scratch folder to remove
+        RemoveDirectoryW(folder.toStdWString().c_str());
+        RemoveDirectoryW(above.toStdWString().c_str());
     }
 }
 

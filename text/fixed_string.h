@@ -2,8 +2,8 @@
 //
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
 // in the narrow variants); text that passes the capacity is cut without a trace; value[length] is
-// always 0; units behind that terminator mean nothing, and only clear, assignNarrow and zeroTail
-// set them to 0. "No case" means that a to z count as A to Z; no other letter is folded.
+// always 0; units behind that terminator mean nothing (clear, assignNarrow and zeroTail set them to
+// 0, setLength leaves them). "No case" means that a to z count as A to Z; no other letter is folded.
 #pragma once
 
 #include <QString>
@@ -45,7 +45,7 @@ struct FixedString
     void clear();
 
     /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
-    /// becomes the unit 0xFFE9 in a wide string: other tools of the suite rely on that widening.
+    /// becomes the unit 0xFFE9 in a wide string: deliberately no code page enters.
     void assignNarrow(const char *text);
 
     /// Sets every unit from the terminator to the end of the array to 0.
@@ -79,7 +79,8 @@ struct FixedString
     /// Puts `text` in front of the unit at `position` (0 when negative, the end when past it).
     void insertAt(const qint32 &position, const FixedString &text);
 
-    /// Drops `count` units from `position` on; both are held within the string.
+    /// Drops the units between `position` and `position` + `count`, as far as they are there; with a
+    /// negative count the units in front of `position` come twice.
     void removeRange(const qint32 &position, const qint32 &count);
 
     /// Replaces every `find`, no case, in one pass from the left whose next search starts behind
@@ -187,7 +188,6 @@ void FixedString<Unit, Capacity>::assignQString(const QString &text)
 {
     static_assert(isWide, "a narrow string takes Latin-1 bytes");
     setLength(0);
-    // The units as they stand: QString::fromUtf16 and its kin would drop a leading U+FEFF.
     appendUnits(reinterpret_cast<const Unit *>(text.constData()), text.size());
 }
 
@@ -203,6 +203,7 @@ void FixedString<Unit, Capacity>::assignLatin1(const QString &text)
 template <typename Unit, qint32 Capacity>
 QString FixedString<Unit, Capacity>::toQString() const
 {
+    // The units as they stand: QString::fromUtf16 and its kin would drop a leading U+FEFF.
     if constexpr (isWide)
         return QString(reinterpret_cast<const QChar *>(value), length);
     else

@@ -151,8 +151,8 @@ void normalize(Text &path, char16_t separator)
     if (isPlaceholder(head, separator))
         return;
     dropFirst(path, first);
-    // No second look for a placeholder in the loop: head ends with a separator there or is folded
-    // down to text that is none, so only the end of the parent references stops it.
+    // No second look for a placeholder in the loop: it would ask for a head that ends with a
+    // separator and holds none.
     while (hasParentReferenceAt(path, 0, separator)) {
         dropFirst(path, parentReferenceLength);
         goUpOneFolder(head, separator);

@@ -6,6 +6,10 @@
 
 #include "text/fixed_string.h"
 
+/// Units that the long-path prefix adds to a path, and to a network path.
+constexpr qint32 longPathPrefixUnits = 4;
+constexpr qint32 longNetworkPrefixUnits = 6;
+
 /// Length in units from which a path is handed to the platform with the long-path prefix; the
 /// platform's plain form ends at 260 units, a name's room and the terminator included (MAX_PATH).
 constexpr qint32 longPathLength = 240;
@@ -14,9 +18,10 @@ constexpr qint32 longPathLength = 240;
 /// front of it. The separator is the backslash when the path holds one, otherwise the slash; the
 /// other of the two is ordinary text.
 ///
-/// One pass only: a run of n separators becomes half as many, rounded up, and a network path
-/// keeps its leading pair. Only the first group of ".." is folded; a path that begins with a
-/// placeholder such as <Root> keeps it. Other tools rely on each of these.
+/// Deliberately so: in one pass a run of n separators becomes half as many, rounded up, and a
+/// network path keeps its leading pair; only the first group of ".." is folded, wherever two full
+/// stops and a separator stand, behind a name too; directly behind a placeholder such as <Root>
+/// it is left.
 ///
 ///     C:/a//b/../c gives C:/a/c; ab\..\cd\..\e gives cd\..\e; \\srv\share\..\x gives \\srv\sharex
 QString normalizePath(QString path);
@@ -25,8 +30,8 @@ QString normalizePath(QString path);
 FixedWideString normalizePathFixed(FixedWideString &path);
 
 /// The path one folder up, ending with the separator. Paths of fewer than 3 units come back as
-/// they are, a bare network share without its trailing separator, and the parent of a bare drive
-/// (C: and a backslash) is empty.
+/// they are, a bare network share without its trailing separator; the parent of a bare drive (C: and
+/// a backslash) or a name is empty. A path whose second unit is a separator counts as a network path.
 ///
 ///     C:\a\ gives C:\; \\srv\share\dir gives \\srv\share\; \\srv\share\ gives \\srv\share
 QString parentFolder(QString path, QChar separator);
@@ -41,8 +46,9 @@ QString toBackslashPath(const QString &path);
 qint32 lastBackslash(const FixedWideString &path);
 
 /// The folder part of a path, with its closing backslash. A path of fewer than 3 units, or one
-/// that ends in a backslash already, comes back as it is; a bare \\server\share is kept whole, and
-/// a path without a backslash behind its second unit gets one appended.
+/// that ends in a backslash already, comes back as it is; a bare \\server\share is kept whole (the
+/// second backslash is what it is known by), and so is a path without a backslash behind its second
+/// unit.
 ///
 ///     C:\a\b.txt gives C:\a\; \\server\share gives \\server\share\; abc gives abc\ (the text
 ///     itself is taken for the folder)
