@@ -90,7 +90,7 @@ FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
 bool appFolder(const char *argv0, FixedNarrowString250 &folder)
 {
     folder.clear();
-    // A longer name fills the buffer and leaves no terminator in it: the count tells its length.
+    // A longer name fills the buffer, and no terminator need be in it: the count tells its length.
     const DWORD count = GetModuleFileNameA(nullptr, folder.value, moduleNameBytes);
     folder.setLength(static_cast<qint16>(count));
     if (folder.isEmpty() && argv0 != nullptr)

@@ -23,7 +23,7 @@ FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
 /// The folder above a folder or file, with its closing backslash. Drives and bare network shares
 /// are not cut; a path of fewer than 3 bytes stays as it is. Changes `path` and returns a copy.
 ///
- ///     X:\a\b\ gives X:\a\; X:\ and \\srv\share\ stay as they are
+///     X:\a\b\ gives X:\a\; X:\ and \\srv\share\ stay as they are
 FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path);
 
 /// The value of an environment variable, empty when it is not set (_wdupenv_s). "ProgramFiles", in

@@ -15,8 +15,8 @@ void ignoreInvalidParameter(const wchar_t *, const wchar_t *, const wchar_t *, u
 {
 }
 
-/// While this lives, the run-time library returns from what it takes for an invalid parameter,
-/// instead of ending the program.
+/// While this lives, the run-time library returns from what it takes for an invalid parameter. Its
+/// own way is to end the program; the compiler's start-up code changes that, but not as a promise.
 struct QuietInvalidParameters
 {
     QuietInvalidParameters() : before(_set_invalid_parameter_handler(ignoreInvalidParameter)) {}

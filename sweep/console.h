@@ -7,9 +7,10 @@
 /// compiler's replacement. Line feeds leave as CR LF when redirected.
 [[gnu::format(ms_printf, 1, 2)]] void print(const char *format, ...);
 
-/// Prints a text as a format without values: to a conversion in it every value is 0, a null pointer
-/// or an empty one. Where the library refuses a conversion ("%n", a single "%"), the rest of the
-/// text may be missing. Never reads or writes memory that is not there, never ends the program.
+/// Prints a text as a format without values: to a conversion in it every value is 0 or a null
+/// pointer ("%d" prints 0, "%s" the library's text for null), in the width that it asks for. Where
+/// the library refuses a conversion, such as "%n", the text ends there. No memory is read or
+/// written that is not there, and the program goes on.
 void printAsFormat(const QByteArray &format);
 
 /// Hands on what was printed so far, so that the log of a long or killed run shows how far it came.

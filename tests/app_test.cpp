@@ -36,16 +36,13 @@ TEST(GroupedNumber, SplitsOffThreeGroupsAtMost)
 
 TEST(FreeSpace, AsksAboutTheRootOfThePath)
 {
+    // clang-format off
     const char *const rows[][2] = {
-        { "C:", "" },
-        { "C:\\a\\b", "C:\\" },
-        { "C:/a", "C:/" },
-        { "\\\\srv\\share\\folder", "\\\\srv\\share\\" },
-        { "\\\\srv\\share", "" },
-        { "\\\\srv", "" },
-        { "//srv/share/folder", "" },
-        { "ab\\cd", "ab\\" },
+        { "C:", "" }, { "C:\\a\\b", "C:\\" }, { "C:/a", "C:/" },
+        { "\\\\srv\\share\\folder", "\\\\srv\\share\\" }, { "\\\\srv\\share", "" },
+        { "\\\\srv", "" }, { "//srv/share/folder", "" }, { "ab\\cd", "ab\\" },
     };
+    // clang-format on
     for (const auto &row : rows)
         EXPECT_EQ(q(row[1]), freeSpaceRoot(q(row[0]))) << row[0];
     EXPECT_EQ(1000u, freeDriveSpaceMiB(q("Q:\\no such drive")));
@@ -56,15 +53,14 @@ TEST(FreeSpace, AsksAboutTheRootOfThePath)
 TEST(Wildcard, IsSplitAtItsComponent)
 {
     // Path, base, start and end of the name, rest.
+    // clang-format off
     const char *const rows[][5] = {
-        { "*", "", "", "", "" },
-        { "C:\\Users\\m*\\Temp", "C:\\Users\\", "m", "", "\\Temp" },
-        { "C:\\*", "C:\\", "", "", "" },
-        { "C:\\a*b*c\\d*\\", "C:\\", "a", "b*c", "\\d*\\" },
-        { "abc*", "abc\\", "", "", "" },
-        { "a*x", "a", "", "x", "" },
+        { "*", "", "", "", "" }, { "C:\\Users\\m*\\Temp", "C:\\Users\\", "m", "", "\\Temp" },
+        { "C:\\*", "C:\\", "", "", "" }, { "C:\\a*b*c\\d*\\", "C:\\", "a", "b*c", "\\d*\\" },
+        { "abc*", "abc\\", "", "", "" }, { "a*x", "a", "", "x", "" },
         { "C:/Users/*", "C:/Users/\\", "", "", "" },
     };
+    // clang-format on
     for (const auto &row : rows) {
         const WildcardParts parts = splitAtWildcard(q(row[0]));
         EXPECT_EQ(q(row[1]), parts.base) << row[0];

@@ -1,12 +1,13 @@
 #include "install/app_path.h"
 #include "install/install_root.h"
 #include "install/root_discovery.h"
-#include "text/entities.h"
 
 #include "support/files.h"
 #include "support/text_printing.h"
 
 #include <gmock/gmock.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -23,10 +24,10 @@ void writeFile(const QString &path, const QByteArray &content)
     std::fclose(file);
 }
 
-/// Makes this folder of the scratch folder a root.
-QString makeRoot(const char *name)
+/// Makes a folder of the scratch folder a root.
+QString makeRoot(const QString &name)
 {
-    const QString root = q("X:\\scratch\\") + q(name) + q("\\");
+    const QString root = q("X:\\scratch\\") + name + q("\\");
     fs::create_directories((root + q("sub\\cfg_global")).toStdWString());
     return root;
 }
@@ -49,18 +50,18 @@ struct Surroundings
     ScratchFolder scratch;
 };
 
-/// What is found with these arguments, which a "|" separates.
+/// What is found with these arguments, the program's name first; a "|" separates them.
 struct Found
 {
-    explicit Found(const QString &arguments, const QString &argv0 = q("tool"),
-                   bool fromPrograms = false, const char *override = "", bool win64Binaries = true)
+    explicit Found(const QString &arguments, const char *override = "", bool globalConfig = false,
+                   bool renderApps = false, bool win64Binaries = true)
     {
-        QList<QByteArray> bytes = (argv0 + q("|") + arguments).toLatin1().split('|');
+        QList<QByteArray> bytes = arguments.toLatin1().split('|');
         std::vector<char *> argv;
         for (QByteArray &argument : bytes)
             argv.push_back(argument.data());
-        result = findInstallRoot(paths, static_cast<int>(argv.size()), argv.data(), log, outside,
-                                 fromPrograms, fromPrograms,
+        const int argc = arguments.isEmpty() ? 0 : static_cast<int>(argv.size());
+        result = findInstallRoot(paths, argc, argv.data(), log, outside, globalConfig, renderApps,
                                  fixedText<FixedNarrowString100>(override), win64Binaries);
     }
 
@@ -74,38 +75,43 @@ struct Found
 
 TEST(RootDiscovery, TakesTheFirstValidSource)
 {
-    const QString none = q("X:\\scratch\\none\\");
-    for (int sources = 0; sources < 32; ++sources) {
+    enum { flag, installer, folder, name, variable, sourceCount };
+    const char *const heads[] = { "\n[-kxRoot flag: ", "\n[KX_ROOT_INSTALLER: ", "\n[appPath: ", "",
+                                  "\n[KX_ROOT: " };
+    for (int sources = 0; sources < 1 << sourceCount; ++sources) {
         SCOPED_TRACE(sources);
-        const bool inFlag = sources & 1;
-        const bool inInstaller = sources & 2;
-        const bool inFolder = sources & 4;
-        const bool inName = sources & 8;
-        const Surroundings surroundings(inFolder);
-        const QString flag = inFlag ? makeRoot("flag") : none;
-        const QString installer = inInstaller ? makeRoot("installer") : none;
-        const QString folder = q("X:\\apps\\");
-        const QString name = inName ? makeRoot("name") : none;
-        const QString variable = sources & 16 ? makeRoot("variable") : none;
-        setEnv(L"KX_ROOT_INSTALLER", installer);
-        setEnv(L"KX_ROOT", variable);
+        const auto has = [sources](int source) { return (sources >> source & 1) != 0; };
+        const Surroundings surroundings(has(folder));
+        QString roots[sourceCount + 1];
+        for (int source = 0; source < sourceCount; ++source)
+            roots[source] = has(source) ? makeRoot(q("%1").arg(source)) : q("X:\\scratch\\none\\");
+        roots[folder] = q("X:\\apps\\");
+        setEnv(L"KX_ROOT_INSTALLER", roots[installer]);
+        setEnv(L"KX_ROOT", roots[variable]);
 
-        const Found found(q("-kxRoot|") + flag, name + q("bin\\win64\\tool.exe"));
-        QString log = q("\n[-kxRoot flag: ") + flag + q(inFlag ? ": VALID!]" : ": invalid]");
-        if (!inFlag)
-            log += q("\n[KX_ROOT_INSTALLER: ") + installer + q(inInstaller ? "]" : ": invalid]");
-        const QString early = inFlag ? flag : inInstaller ? installer : folder;
-        const bool isEarly = inFlag || inInstaller || inFolder;
-        log += q("\n[appPath: ") + early + q(isEarly ? "]" : ": invalid]");
-        if (!isEarly && !inName)
-            log += q("\n[KX_ROOT: ") + variable + q(sources & 16 ? "]" : ": invalid]");
+        QString log;
+        int first = 0;
+        while (first < sourceCount && !has(first))
+            log += first == name ? q("") : q(heads[first]) + roots[first] + q(": invalid]"),
+                ++first;
+        if (first < sourceCount && first != name)
+            log += q(heads[first]) + roots[first] + q(first == flag ? ": VALID!]" : "]");
+        if (first < folder) // tested and noted once more
+            log += q(heads[folder]) + roots[first] + q("]");
+        const Found found(roots[name] + q("bin\\win64\\tool.exe|-kxRoot|") + roots[flag]);
         EXPECT_EQ(log, found.log);
-        EXPECT_EQ(sources != 0, found.result);
-        const QString root = isEarly ? early : inName ? name : sources ? variable : QString();
-        EXPECT_EQ(root, found.entry(installRoot));
-        EXPECT_EQ(root, found.entry(executablesRoot));
-        EXPECT_EQ(inFlag, found.outside);
+        EXPECT_EQ(first < sourceCount, found.result);
+        EXPECT_EQ(roots[first], found.entry(installRoot));
+        EXPECT_EQ(roots[first], found.entry(executablesRoot));
+        EXPECT_EQ(first == flag, found.outside);
     }
+    const Surroundings surroundings(true);
+    const QString root = makeRoot(q("r"));
+    EXPECT_FALSE(Found(root + q("tool|-kxRoot|") + root).outside);
+    EXPECT_FALSE(Found(q("tool|-kxRoot|") + root).outside);
+    const Found found = Found(QString()); // no argument, not even the name
+    EXPECT_EQ(q("X:\\apps\\"), found.entry(installRoot));
+    EXPECT_EQ(q(""), found.entry(programFolder));
 }
 
 TEST(RootDiscovery, TakesFlagAndVariableAsTheyCome)
@@ -115,7 +121,9 @@ TEST(RootDiscovery, TakesFlagAndVariableAsTheyCome)
         { "-KXROOTFOLDER|X:/scratch/r", "",
           "\n[-kxRoot flag: X:/scratch/r\\: VALID!]\n[appPath: X:\\scratch\\r\\]",
           "X:\\scratch\\r\\" },
-        { "-kx&#82;oot|X:\\scratch\\r", "X:/scratch/r\r", // no such entity
+        { "-kxRoot|scratch\\r", "",
+          "\n[-kxRoot flag: scratch\\r\\: VALID!]\n[appPath: scratch\\r\\]", "scratch\\r\\" },
+        { "-kxRoot", "X:/scra\rtch/r\r",
           "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: X:/scratch/r\\]"
           "\n[appPath: X:\\scratch\\r\\]",
           "X:\\scratch\\r\\" },
@@ -128,93 +136,106 @@ TEST(RootDiscovery, TakesFlagAndVariableAsTheyCome)
         { "-kxRoot|X:\\scratch\\_internal_r", "",
           "\n[-kxRoot flag: X:\\scratch\\_internal_r\\: VALID!]\n[appPath: X:\\scratch\\_r\\]",
           "X:\\scratch\\_r\\" },
+        { "-kxRoot|X:\\scratch/_internal_r", "",
+          "\n[-kxRoot flag: X:\\scratch/_internal_r\\: VALID!]"
+          "\n[appPath: X:\\scratch\\_internal_r\\]",
+          "X:\\scratch\\_internal_r\\" },
+        { "-kxRoot|X:\\scratch\\r_internal_", "",
+          "\n[-kxRoot flag: X:\\scratch\\r_internal_\\: VALID!]"
+          "\n[appPath: X:\\scratch\\r_internal_\\]",
+          "X:\\scratch\\r_internal_\\" },
         { "-kxRoot|", "X:\\scratch\\r\\bin\\win64",
           "\n[-kxRoot flag: \\: invalid]\n[KX_ROOT_INSTALLER: X:\\scratch\\r\\bin\\win64\\: "
           "invalid]"
           "\n[appPath: X:\\apps\\: invalid]\n[KX_ROOT: : invalid]",
           "" },
     };
+    fs::current_path(L"X:\\");
     for (const auto &row : rows) {
         SCOPED_TRACE(row[0]);
         const Surroundings surroundings;
-        for (const char *name : { "r", "\xE4&", "_internal_r", "_r" })
-            makeRoot(name);
+        for (const char *name : { "r", "\xE4&", "_internal_r", "_r", "r_internal_" })
+            makeRoot(q(name));
         setEnv(L"KX_ROOT_INSTALLER", q(row[1]));
-        const Found found(q(row[0]));
+        const Found found(q("tool|") + q(row[0]));
         EXPECT_EQ(q(row[2]), found.log);
         EXPECT_EQ(q(row[3]), found.entry(installRoot));
         EXPECT_EQ(*row[3] != '\0', found.result);
     }
     const Surroundings surroundings;
-    const QByteArray letters(249, 'l');
-    const QString root = makeRoot(letters.constData());
-    EXPECT_EQ(root.left(250), Found(q("-kxRoot|") + root).entry(installRoot));
+    const QString root = makeRoot(run(249));
+    EXPECT_EQ(root.left(250), Found(q("tool|-kxRoot|") + root).entry(installRoot));
     for (const char *below : { "sub\\cfg_global", "sub", "" }) // too long for remove_all
         RemoveDirectoryW((root + q(below)).toStdWString().c_str());
 }
 
 TEST(RootDiscovery, FollowsTheRelinkFile)
 {
-    // Content, what it adds to the log, root, root of the executables.
-    const char *const rows[][4] = {
-        { "  root = Y:\\d  \r\nExeRoot=Y:\\b", "\n[Relink Y:\\d\\: invalid]", "Y:\\d\\", nullptr },
-        { "RootFolder=Y:\\d\\", "\n[Relink Y:\\d\\: invalid]", "Y:\\d\\", nullptr },
-        { "Root=X:/scratch/new/\n", "\n[Relink X:/scratch/new/\\]", "X:/scratch/new/\\", nullptr },
-        { "ExeRoot=Y:\\b=\nRoot=Y:\\d", "", "", "Y:\\b=" },
-        { "Data=Y:\\d", "", "", nullptr },
-        { "Root Y:\\d", "", "", nullptr },
-        { "Root=", "", "", nullptr },
-        { "", "", "", nullptr },
-        { "\r\nRoot=Y:\\d", "", "", nullptr },
+    const QString invalid = q(": invalid]");
+    // Content, what it adds to the log, root, root of the executables if that is another.
+    const QString rows[][4] = {
+        { q("  root = Y:\\d  \r\nExeRoot=Y:\\b"), q("\n[Relink Y:\\d\\: invalid]"), q("Y:\\d\\") },
+        { q("RootFolder=Y:\\d\\"), q("\n[Relink Y:\\d\\: invalid]"), q("Y:\\d\\") },
+        { q("Root=X:/scratch/a_KX9/\n"), q("\n[Relink X:/scratch/a_KX9/\\]"),
+          q("X:/scratch/a_KX9/\\") },
+        { q("Root=") + run(249), q("\n[Relink ") + run(249) + q("\\: invalid]"),
+          run(249) + q("\\") },
+        { q("Root=") + run(251), q("\n[Relink ") + run(250) + q(": invalid]"), run(250) },
+        { q("exeroot=Y:\\b=\nRoot=Y:\\d"), q(""), q(""), q("Y:\\b=") },
+        { q("Data=Y:\\d"), q(""), q("") },
+        { q("Root Y:\\d"), q(""), q("") },
+        { q("Root="), q(""), q("") },
+        { q(""), q(""), q("") },
+        { q("\r\nRoot=Y:\\d"), q(""), q("") },
     };
+    const Surroundings surroundings;
+    makeRoot(q("a_KX9"));
+    const QString root = makeRoot(q("r"));
+    const QString relink = root + q("sub\\cfg_global\\relink_win.cfg");
+    const QString log = q("\n[-kxRoot flag: ") + root + q(": VALID!]\n[appPath: ") + root + q("]");
     for (const auto &row : rows) {
-        SCOPED_TRACE(row[0]);
-        const Surroundings surroundings;
-        const QString root = makeRoot("r");
-        makeRoot("new");
-        const QString relink = root + q("sub\\cfg_global\\relink_win.cfg");
-        const QString log =
-            q("\n[-kxRoot flag: ") + root + q(": VALID!]\n[appPath: ") + root + q("]");
-        writeFile(relink, row[0]);
-        const Found found(q("-kxRoot|") + root);
+        SCOPED_TRACE(row[0].toStdString());
+        writeFile(relink, row[0].toLatin1());
+        const Found found(q("tool|-kxRoot|") + root);
         EXPECT_TRUE(found.result);
-        EXPECT_EQ(log + q(row[1]), found.log);
-        EXPECT_EQ(q(row[2]), found.entry(installRoot));
-        EXPECT_EQ(row[3] ? q(row[3]) : root, found.entry(executablesRoot));
-
-        const HANDLE held = CreateFileW(relink.toStdWString().c_str(), GENERIC_READ, 0, nullptr,
-                                        OPEN_EXISTING, 0, nullptr);
-        const Found unreadable(q("-kxRoot|") + root);
-        CloseHandle(held);
-        EXPECT_FALSE(unreadable.result);
-        EXPECT_EQ(log, unreadable.log);
-        EXPECT_EQ(q(""), unreadable.entry(installRoot));
-        EXPECT_EQ(root, unreadable.entry(executablesRoot));
-        EXPECT_EQ(q(""), unreadable.entry(binFolder));
+        EXPECT_EQ(log + row[1], found.log);
+        EXPECT_EQ(row[2], found.entry(installRoot));
+        EXPECT_EQ(row[3].isEmpty() ? root : row[3], found.entry(executablesRoot));
     }
+    const HANDLE held = CreateFileW(relink.toStdWString().c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    const Found unreadable(q("tool|-kxRoot|") + root);
+    CloseHandle(held);
+    EXPECT_FALSE(unreadable.result);
+    EXPECT_EQ(log, unreadable.log);
+    EXPECT_EQ(q(""), unreadable.entry(installRoot));
+    EXPECT_EQ(root, unreadable.entry(executablesRoot));
+    EXPECT_EQ(q(""), unreadable.entry(binFolder));
 }
 
 TEST(RootDiscovery, LeavesAVersionFolderAndReadsTheStatusFolder)
 {
     // Folder of the root, what follows -loadstatus, root, status folder.
     const QString rows[][4] = {
-        { q("r\\a_kx9"), q("..\\st"), q("X:\\scratch\\r\\"), q("X:\\scratch\\st\\") },
+        { q("r\\a_kx9"), q("../st"), q("X:\\scratch\\r\\"), q("X:\\scratch\\st\\") },
         { q("n\\_KX9"), q("D:\\st\""), q("X:\\scratch\\n\\_KX9\\"), q("D:\\st\\") },
-        { q("r"), q("st&#228;\\"), q("X:\\scratch\\r\\"), q("st\xE4\\") },
         { q("r"), q(""), q("X:\\scratch\\r\\"), q("\\") },
-        { q("r"), q("a|-LoadStatusX|b/"), q("X:\\scratch\\r\\"), q("b/\\") },
-        { q("r"), run(300), q("X:\\scratch\\r\\"), run(250) },
+        { q("r"), q("a|-LoadStatusX|&#228;/"), q("X:\\scratch\\r\\"), q("\xE4/\\") },
+        { q("r"), run(249), q("X:\\scratch\\r\\"), run(249) + q("\\") },
+        { q("r"), run(251), q("X:\\scratch\\r\\"), run(250) },
         // "X:\scratch\r\..\" takes 16 of the 250 units.
         { q("r"), q("..\\") + run(300), q("X:\\scratch\\r\\"), q("X:\\scratch\\") + run(234) },
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row[1].toStdString());
         const Surroundings surroundings;
-        makeRoot("r");
-        const QString root = makeRoot(row[0].toLatin1().constData());
-        const Found found(q("-kxRoot|") + root + q("|-loadstatus|") + row[1]);
+        makeRoot(q("r"));
+        const QString root = makeRoot(row[0]);
+        const Found found(q("tool|-kxRoot|") + root + q("|-loadstatus|") + row[1]);
         EXPECT_EQ(row[2], found.entry(installRoot));
         EXPECT_EQ(root, found.entry(executablesRoot));
         EXPECT_EQ(row[3], found.entry(statusFolder));
+        EXPECT_TRUE(found.log.endsWith(q("[appPath: ") + root + q("]")));
     }
 }
 
@@ -234,93 +255,105 @@ TEST(InstallLayout, DerivesAllFolders)
     const struct
     {
         const char *arguments;
-        bool isRelinked;
+        const char *relink;
         const char *override;
-        bool fromPrograms;
+        bool globalConfig;
+        bool renderApps;
         bool win64Binaries;
-        const char *folders; // R E J S C A O P L W
+        const char *folders; // what the letters stand for: R and E, and where nothing else is said,
+                             // J, C, P and A, O (with render_apps) are those
     } rows[] = {
-        { "X:\\s", false, "", false, true,
-          "X:\\s\\|X:\\s\\|X:\\s\\||X:\\s\\|X:\\s\\render_apps\\|X:\\s\\render_apps\\|X:\\s\\|"
-          "C:\\KX_localdata\\|win64" },
-        { "X:\\s_Debug|-loadstatus|..\\st", false, "X:\\nothing", false, false,
-          "X:\\s_release\\|X:\\s_Debug\\|X:\\st\\|X:\\st\\|X:\\s_release\\|"
-          "X:\\s_release\\render_apps\\|X:\\s_release\\render_apps\\|X:\\s_release\\|"
-          "C:\\KX_localdata\\|win" },
-        { "X:\\s", true, "", true, true,
-          "Y:\\d\\|X:\\s\\|Y:\\d\\||X:\\s\\|X:\\s\\render_apps\\|Y:\\d\\render_apps\\|X:\\s\\|"
-          "C:\\KX_localdata\\|win64" },
-        { "X:\\s", true, "X:/scratch/other", true, true,
-          "Y:\\d\\|X:\\s\\|Y:\\d\\||X:\\s\\|X:\\scratch\\other\\|X:\\scratch\\other\\|X:\\s\\|"
-          "C:\\KX_localdata\\|win64" },
+        { "X:\\s", nullptr, "", false, false, true, "R=X:\\s\\|E=X:\\s\\" },
+        { "X:\\s_Debug|-loadstatus|..\\st", nullptr, "X:\\nothing", false, false, false,
+          "R=X:\\s_release\\|E=X:\\s_Debug\\|J=X:\\st\\|S=X:\\st\\|P=X:\\s_release\\|W=win" },
+        { "X:\\s", "Root=Y:\\d", "", true, false, true, "R=Y:\\d\\|E=X:\\s\\|C=X:\\s\\" },
+        { "X:\\s", "Root=Y:\\d", "", false, true, true,
+          "R=Y:\\d\\|E=X:\\s\\|A=X:\\s\\render_apps\\" },
+        { "X:\\s", "Root=Y:\\d", "X:/apps", true, true, true,
+          "R=Y:\\d\\|E=X:\\s\\|C=X:\\s\\|A=X:\\apps\\|O=X:\\apps\\" },
+        { "X:\\s", "ExeRoot=Y:\\d\\", "X:\\apps\\", false, false, true,
+          "R=|E=Y:\\d\\|A=X:\\apps\\|O=X:\\apps\\" },
     };
     for (const auto &row : rows) {
         const Surroundings surroundings;
-        makeRoot("other");
         const QString root = q(row.arguments).section(QLatin1Char('|'), 0, 0);
         fs::create_directories((root + q("\\sub\\cfg_global")).toStdWString());
-        if (row.isRelinked)
-            writeFile(root + q("\\sub\\cfg_global\\relink_win.cfg"), "Root=Y:\\d");
-        const Found found(q("-kxRoot|") + q(row.arguments), q("tool"), row.fromPrograms,
-                          row.override, row.win64Binaries);
+        if (row.relink)
+            writeFile(root + q("\\sub\\cfg_global\\relink_win.cfg"), row.relink);
+        const Found found(q("tool|-kxRoot|") + q(row.arguments), row.override, row.globalConfig,
+                          row.renderApps, row.win64Binaries);
         fs::remove_all(root.toStdWString());
-        const QStringList folders = q(row.folders).split(QLatin1Char('|'));
+
+        const auto folder = [&row](const char *letter, const QString &otherwise) {
+            for (const QString &entry : q(row.folders).split(QLatin1Char('|')))
+                if (entry.startsWith(q(letter) + q("=")))
+                    return entry.mid(2);
+            return otherwise;
+        };
+        const QString data = folder("R", q(""));
+        const QString programs = folder("E", q(""));
+        const QString apps = data + q("render_apps\\");
+        const QString folders[] = { data,
+                                    programs,
+                                    folder("J", data),
+                                    folder("S", q("")),
+                                    folder("C", data),
+                                    folder("A", apps),
+                                    folder("O", apps),
+                                    folder("P", programs),
+                                    q("C:\\KX_localdata\\") };
         QStringList expected = layout.split(QLatin1Char('|'));
-        for (QString &entry : expected) {
-            entry.replace(q("\\W\\"), q("\\") + folders.last() + q("\\"));
-            const int letter = entry.isEmpty() ? -1 : q("REJSCAOPL").indexOf(entry.at(0));
-            if (letter >= 0)
-                entry.replace(0, 1, folders.at(letter));
-        }
         ASSERT_EQ(39, expected.size());
-        for (int i = 0; i < 39; ++i)
-            EXPECT_EQ(expected.at(i), found.entry(i)) << "entry " << i << ", " << row.arguments;
+        for (int i = 0; i < 39; ++i) {
+            QString text = expected.at(i);
+            text.replace(q("\\W\\"), q("\\") + folder("W", q("win64")) + q("\\"));
+            const int letter = text.isEmpty() ? -1 : q("REJSCAOPL").indexOf(text.at(0));
+            if (letter >= 0)
+                text.replace(0, 1, folders[letter]);
+            EXPECT_EQ(text, found.entry(i)) << "entry " << i << ", " << row.folders;
+        }
     }
 }
 
 TEST(InstallRoot, IsKnownByAnyOfItsFiles)
 {
-    const char *const valid[][2] = {
-        { "r\\sub\\cfg_global\\globalconfig.ini", "r\\" },
-        { "r\\bin\\win64\\kxClientconsole.exe", "r\\" },
-        { "r\\bin\\win64\\kxServerconsole.exe", "r\\" },
-        { "r\\bin\\win64\\kxControl.exe", "r\\" },
-        { "r_release\\sub\\cfg_global\\relink_win.cfg", "r_debug\\" },
+    const struct
+    {
+        const char *file;
+        const char *root;
+        bool isValid;
+    } rows[] = {
+        { "r\\bin\\win64\\kxClientconsole.exe", "r\\", true },
+        { "r\\bin\\win64\\kxServerconsole.exe", "r\\", true },
+        { "r\\bin\\win64\\kxControl.exe", "r\\", true },
+        { "r\\bin\\win64\\kxDeleteOldFiles.exe", "r\\", false },
+        { "r\\sub\\cfg_global", "r\\", false }, // a file
+        { "r_release_release\\sub\\cfg_global\\relink_win.cfg", "r_debug_debug\\", true },
+        { "r_release\\sub\\cfg_global\\relink_win.cfg", "r_DEBUG\\", false },
+        { "r_release\\bin\\win64\\kxControl.exe", "r_debug\\", false },
     };
-    const char *const invalid[][2] = {
-        { "r\\bin\\win64\\kxDeleteOldFiles.exe", "r\\" },
-        { "r\\sub\\cfg_global", "r\\" }, // a file
-        { "r_release\\sub\\cfg_global\\relink_win.cfg", "r_DEBUG\\" },
-        { "r_release\\bin\\win64\\kxControl.exe", "r_debug\\" },
-    };
-    const auto isRoot = [](const char *const(&row)[2]) {
-        const Surroundings surroundings;
-        writeFile(q("X:\\scratch\\") + q(row[0]), "Root=Y:\\d");
-        const QString root = q("X:\\scratch\\") + q(row[1]);
-        // The twin of a debug build is where its relink file is read too.
-        const bool hasTwin = q(row[1]) == q("r_debug\\") && isValidRoot(root);
-        EXPECT_EQ(q(hasTwin ? "Y:\\d\\" : ""),
-                  hasTwin ? Found(q("-kxRoot|") + root).entry(installRoot) : QString());
-        return isValidRoot(root);
-    };
-    for (const auto &row : valid)
-        EXPECT_TRUE(isRoot(row)) << row[0];
-    for (const auto &row : invalid)
-        EXPECT_FALSE(isRoot(row)) << row[0];
+    for (const auto &row : rows) {
+        const ScratchFolder scratch;
+        writeFile(q("X:\\scratch\\") + q(row.file), "");
+        EXPECT_EQ(row.isValid, isValidRoot(q("X:\\scratch\\") + q(row.root))) << row.file;
+    }
     EXPECT_FALSE(isValidRoot(QString()));
+    // The twin of a debug build is where its relink file is read too.
+    const Surroundings surroundings;
+    writeFile(q("X:\\scratch\\r_release\\sub\\cfg_global\\relink_win.cfg"), "Root=Y:\\d");
+    const Found found(q("tool|-kxRoot|X:\\scratch\\r_debug"));
+    EXPECT_EQ(q("Y:\\d\\"), found.entry(installRoot));
 }
 
 TEST(AppPath, GoesUpFromFoldersAndPrograms)
 {
+    // clang-format off
     const char *const parents[][2] = {
-        { "X:\\a\\b\\", "X:\\a\\" },
-        { "X:\\a", "X:\\" },
-        { "X:\\", "X:\\" },
-        { "X:", "X:" },
-        { "abc", "abc\\" },
-        { "\\\\s\\share\\", "\\\\s\\share\\" },
+        { "X:\\a\\b\\", "X:\\a\\" }, { "X:\\a", "X:\\" }, { "X:\\", "X:\\" }, { "X:", "X:" },
+        { "abc", "abc\\" }, { "\\\\s\\share\\", "\\\\s\\share\\" },
         { "\\\\s\\share\\d\\", "\\\\s\\share\\" },
     };
+    // clang-format on
     for (const auto &row : parents) {
         auto path = fixedText<FixedNarrowString250>(row[0]);
         EXPECT_EQ(q(row[1]), parentFolderNarrow(path).toQString()) << row[0];
@@ -328,42 +361,28 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
     auto full = fixedText<FixedNarrowString250>(QByteArray(250, 'a').constData());
     EXPECT_EQ(run(250, 'a'), parentFolderNarrow(full).toQString());
 
+    // Path, current folder, result.
+    // clang-format off
     const char *const programs[][3] = {
         { "bin\\tool.exe", "X:\\suite", "X:\\suite\\bin\\tool.exe" },
         { "..\\win64\\tool.exe", "X:\\suite\\bin\\x64", "X:\\suite\\bin\\win64\\tool.exe" },
         { "a\\..\\..\\b\\x.exe", "X:\\1\\2\\3\\", "X:\\1\\b\\x.exe" },
-        { "a\\x.exe", "X:\\", "a\\x.exe" },
-        { "tool.exe", "X:\\suite", "tool.exe" },
-        { "Y:\\x", "X:\\suite", "Y:\\x" },
-        { "\\a\\x", "X:\\suite", "\\a\\x" },
-        { "a\\x", "X:\\suite", "" },
+        { "a\\x.exe", "X:\\", "a\\x.exe" }, { "a\\x.exe", "X:\\b", "X:\\b\\a\\x.exe" },
+        { "tool.exe", "X:\\suite", "tool.exe" }, { "Y:\\x", "X:\\suite", "Y:\\x" },
+        { "\\a\\x", "X:\\suite", "\\a\\x" }, { "a\\x", "X:\\suite", "" },
     };
-    for (const auto &row : programs)
-        EXPECT_EQ(q(row[2]), absoluteProgramPath(fixedText<FixedNarrowString250>(row[0]),
-                                                 fixedText<FixedNarrowString250>(row[1]))
-                                 .toQString());
-}
-
-TEST(Environment, KnowsThe64BitProgramFolder)
-{
+    // clang-format on
+    for (const auto &row : programs) {
+        const auto path = fixedText<FixedNarrowString250>(row[0]);
+        const auto current = fixedText<FixedNarrowString250>(row[1]);
+        EXPECT_EQ(q(row[2]), absoluteProgramPath(path, current).toQString()) << row[0];
+    }
     const Surroundings surroundings;
     EXPECT_EQ(q(""), getEnv(q("programfiles")));
     setEnv(L"ProgramFiles", q("X:\\32"));
     EXPECT_EQ(q("X:\\32"), getEnv(q("ProgramFiles")));
     setEnv(L"ProgramW6432", q("X:\\64"));
     EXPECT_EQ(q("X:\\64"), getEnv(q("PROGRAMFILES")));
-}
-
-TEST(Entities, AreDecodedInOrder)
-{
-    const char *const rows[][2] = {
-        { "&lt;&gt;&quot;&apos;&amp;", "<>\"'&" },
-        { "&#196;&#214;&#220;&#228;&#246;&#252;&#223;", "\xC4\xD6\xDC\xE4\xF6\xFC\xDF" },
-        { "&amp;lt;&amp;#196;&amp;amp;", "&lt;\xC4&amp;" },
-        { "&LT;&#65;& ;", "&LT;&#65;& ;" },
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(q(row[1]), decodeEntities(q(row[0])));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "sweep/console.h"
 #include "sweep/dir_listing.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
@@ -56,6 +57,21 @@ TEST(FileTime, HasElapsedOnlyBehindTheSpan)
     EXPECT_EQ(-2147482336, daysToMinutes(1491309));
 }
 
+// The compiler's start-up code sets a handler of its own, which hides what the print does.
+TEST(Console, SurvivesConversionsThatTheLibraryRefuses)
+{
+    const auto fail = [](const wchar_t *, const wchar_t *, const wchar_t *, unsigned, uintptr_t) {
+        std::_Exit(9);
+    };
+    const _invalid_parameter_handler before = _set_invalid_parameter_handler(fail);
+    printAsFormat("%n%hhn%");
+    QByteArray hungry;
+    for (int i = 0; i < 300; ++i)
+        hungry += "%*.*d%s%c"; // five values in nine characters
+    printAsFormat(hungry);
+    EXPECT_EQ(+fail, _set_invalid_parameter_handler(before));
+}
+
 TEST(ErrorText, WordsACodeInOneLine)
 {
     const auto text = [](quint32 code) {
@@ -87,15 +103,12 @@ TEST(FileOps, TellFilesFromFolders)
     const ScratchFolder scratch;
     makeFile(L"X:\\scratch\\file", old, 700);
     // Path, and what it is: a file, a folder or nothing.
+    // clang-format off
     const char *const rows[][2] = {
-        { "X:\\scratch\\file", "file" },
-        { "X:\\scratch", "folder" },
-        { "X:\\scratch\\", "folder" },
-        { "X:\\scratch\\\\", "folder" },
-        { "X:\\nothing", "" },
-        { "X:", "" },
-        { "", "" },
+        { "X:\\scratch\\file", "file" }, { "X:\\scratch", "folder" }, { "X:\\scratch\\", "folder" },
+        { "X:\\scratch\\\\", "folder" }, { "X:\\nothing", "" }, { "X:", "" }, { "", "" },
     };
+    // clang-format on
     for (const auto &row : rows) {
         const bool isFile = q(row[1]) == q("file");
         EXPECT_EQ(isFile, fileExists(q(row[0]))) << row[0];
@@ -263,12 +276,8 @@ TEST(SweepFolder, KeepsIgnoredEntries)
     EXPECT_FALSE(sweepFolder(q("X:\\scratch"), true, true, 0, &suffixes, &errors, &count, &kiB,
                              &log, false, nullptr));
     EXPECT_EQ(q("   [X:\\scratch]: \n"
-                "     -dir [keep]\n"
-                "   [X:\\scratch\\keep]: \n"
-                "     -ignS a.SAV   '.sav'\n"
-                "     -dir [skip]\n"
-                "   [X:\\scratch\\skip]: \n"
-                "     -ign [b.sav]  '.sav'\n"
+                "     -dir [keep]\n   [X:\\scratch\\keep]: \n     -ignS a.SAV   '.sav'\n"
+                "     -dir [skip]\n   [X:\\scratch\\skip]: \n     -ign [b.sav]  '.sav'\n"
                 "     -del d\n"),
               log);
     EXPECT_EQ(q("Error deleting folder X:\\scratch\\skip:Error 145: ")

@@ -1,3 +1,4 @@
+#include "text/entities.h"
 #include "text/fixed_string.h"
 #include "text/path.h"
 
@@ -162,32 +163,23 @@ TEST(FixedString, ComparesWithoutRegardToCase)
 TEST(Path, NormalizesSeparatorsAndLeadingParents)
 {
     // Path, expected, expected of the fixed form where that differs.
+    // clang-format off
     const char *const rows[][3] = {
-        { "/", "/" },
-        { "C:/a//b/../c", "C:/a/c", "C:\\a\\c" },
-        { "C:\\a/b//c", "C:\\a/b//c", "C:\\a\\b\\c" },
-        { "x\\\\\\y", "x\\\\y" },
-        { "\\\\\\\\x", "\\\\\\x" },
-        { "x\\\\\\\\\\y", "x\\\\\\y" },
+        { "/", "/" }, { "C:/a//b/../c", "C:/a/c", "C:\\a\\c" },
+        { "C:\\a/b//c", "C:\\a/b//c", "C:\\a\\b\\c" }, { "x\\\\\\y", "x\\\\y" },
+        { "\\\\\\\\x", "\\\\\\x" }, { "x\\\\\\\\\\y", "x\\\\\\y" },
         { "//srv//share", "//srv/share", "\\\\srv\\share" },
-        { "C:\\data\\jobs\\..\\..\\bin\\", "C:\\bin\\" },
-        { "C:\\x\\..\\y", "C:\\y" },
-        { "C:\\..\\y", "y" },
-        { "a\\b\\..\\..\\c", "a\\c" },
-        { "ab\\..\\cd\\..\\e", "cd\\..\\e" },
-        { "..\\x", "x" },
-        { "a/", "a/", "a\\" },
+        { "C:\\data\\jobs\\..\\..\\bin\\", "C:\\bin\\" }, { "C:\\x\\..\\y", "C:\\y" },
+        { "C:\\..\\y", "y" }, { "a\\b\\..\\..\\c", "a\\c" }, { "ab\\..\\cd\\..\\e", "cd\\..\\e" },
+        { "..\\x", "x" }, { "a/", "a/", "a\\" },
         { "a..\\b", "ab" }, // behind a name too
-        { "...\\x", ".x" },
-        { "<ab\\..\\x", "x" },
-        { "a>\\..\\x", "x" },
-        { "<Root>..\\x", "<Root>..\\x" },
-        { "<Root>\\..\\x", "<Root>\\..\\x" },
-        { "<Root\\a>\\..\\x", "<Root\\x" },
-        { "<Root>\\a\\..\\x", "<Root>\\x" },
+        { "...\\x", ".x" }, { "<ab\\..\\x", "x" }, { "a>\\..\\x", "x" },
+        { "<Root>..\\x", "<Root>..\\x" }, { "<Root>\\..\\x", "<Root>\\..\\x" },
+        { "<Root\\a>\\..\\x", "<Root\\x" }, { "<Root>\\a\\..\\x", "<Root>\\x" },
         { "\\\\srv\\share\\..\\x", "\\\\srv\\sharex" },
         { "\\\\srv\\share\\dir\\..\\x", "\\\\srv\\share\\x" },
     };
+    // clang-format on
     for (const auto &row : rows) {
         EXPECT_EQ(q(row[1]), normalizePath(q(row[0]))) << row[0];
         FixedWideString fixed = wide(q(row[0]));
@@ -199,20 +191,16 @@ TEST(Path, NormalizesSeparatorsAndLeadingParents)
 
 TEST(Path, GoesUpOneFolder)
 {
+    // clang-format off
     const char *const rows[][2] = {
-        { "C:", "C:" },
-        { "C:\\", "" },
-        { "C:\\a", "C:\\" },
-        { "C:\\a\\", "C:\\" },
-        { "C:\\a\\b", "C:\\a\\" },
-        { "abc", "" },
-        { "a\\b", "a\\" },
+        { "C:", "C:" }, { "C:\\", "" }, { "C:\\a", "C:\\" }, { "C:\\a\\", "C:\\" },
+        { "C:\\a\\b", "C:\\a\\" }, { "abc", "" }, { "a\\b", "a\\" },
         { "a\\b\\c", "a\\b\\c" }, // shaped like a server with a share
         { "\\\\srv", "\\\\" },
         { "\\:abc", "\\:abc\\" }, // a colon where a drive has it
-        { "\\\\srv\\share\\", "\\\\srv\\share" },
-        { "\\\\srv\\share\\dir", "\\\\srv\\share\\" },
+        { "\\\\srv\\share\\", "\\\\srv\\share" }, { "\\\\srv\\share\\dir", "\\\\srv\\share\\" },
     };
+    // clang-format on
     for (const auto &row : rows) {
         EXPECT_EQ(q(row[1]), parentFolder(q(row[0]), QLatin1Char('\\'))) << row[0];
         FixedWideString fixed = wide(q(row[0]));
@@ -226,18 +214,14 @@ TEST(Path, GoesUpOneFolder)
 
 TEST(Path, TakesTheFolderOfAPath)
 {
+    // clang-format off
     const char *const rows[][2] = {
-        { "C:", "C:" },
-        { "C:\\m", "C:\\" },
-        { "C:\\a\\b.txt", "C:\\a\\" },
-        { "C:\\a\\", "C:\\a\\" },
-        { "\\\\server\\share", "\\\\server\\share\\" },
-        { "\\\\server\\share\\m", "\\\\server\\share\\" },
-        { "abc", "abc\\" },
-        { "a\\b\\c", "a\\b\\c\\" },
-        { "a\\bc", "a\\bc\\" },
-        { "C:/a/b", "C:/a/b\\" },
+        { "C:", "C:" }, { "C:\\m", "C:\\" }, { "C:\\a\\b.txt", "C:\\a\\" },
+        { "C:\\a\\", "C:\\a\\" }, { "\\\\server\\share", "\\\\server\\share\\" },
+        { "\\\\server\\share\\m", "\\\\server\\share\\" }, { "abc", "abc\\" },
+        { "a\\b\\c", "a\\b\\c\\" }, { "a\\bc", "a\\bc\\" }, { "C:/a/b", "C:/a/b\\" },
     };
+    // clang-format on
     for (const auto &row : rows)
         EXPECT_EQ(q(row[1]), folderOfPath(q(row[0]))) << row[0];
 }
@@ -256,6 +240,18 @@ TEST(Path, PutsTheLongPathPrefixInFront)
         EXPECT_EQ(row[1], withLongPathPrefix(prefixed, wide(row[0])).toQString());
         EXPECT_EQ(row[1], prefixed.toQString());
     }
+}
+
+TEST(Entities, AreDecodedInOrder)
+{
+    const char *const rows[][2] = {
+        { "&lt;&gt;&quot;&apos;&amp;", "<>\"'&" },
+        { "&#196;&#214;&#220;&#228;&#246;&#252;&#223;", "\xC4\xD6\xDC\xE4\xF6\xFC\xDF" },
+        { "&amp;lt;&amp;#196;&amp;amp;", "&lt;\xC4&amp;" },
+        { "&LT;&#65;& ;", "&LT;&#65;& ;" },
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(q(row[1]), decodeEntities(q(row[0]))) << row[0];
 }
 
 } // namespace

@@ -3,7 +3,8 @@
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
 // in the narrow variants); text that passes the capacity is cut without a trace; value[length] is
 // always 0; units behind that terminator mean nothing (clear, assignNarrow and zeroTail set them to
-// 0, setLength leaves them). "No case" means that a to z count as A to Z; no other letter is folded.
+// 0, setLength leaves them). "No case" means that a to z count as A to Z; no other letter is
+// folded.
 #pragma once
 
 #include <QString>
@@ -79,8 +80,8 @@ struct FixedString
     /// Puts `text` in front of the unit at `position` (0 when negative, the end when past it).
     void insertAt(const qint32 &position, const FixedString &text);
 
-    /// Drops the units between `position` and `position` + `count`, as far as they are there; with a
-    /// negative count the units in front of `position` come twice.
+    /// Drops the units between `position` and `position` + `count`, as far as they are there; with
+    /// a negative count the units in front of `position` come twice.
     void removeRange(const qint32 &position, const qint32 &count);
 
     /// Replaces every `find`, no case, in one pass from the left whose next search starts behind

@@ -30,8 +30,9 @@ QString normalizePath(QString path);
 FixedWideString normalizePathFixed(FixedWideString &path);
 
 /// The path one folder up, ending with the separator. Paths of fewer than 3 units come back as
-/// they are, a bare network share without its trailing separator; the parent of a bare drive (C: and
-/// a backslash) or a name is empty. A path whose second unit is a separator counts as a network path.
+/// they are, a bare network share without its trailing separator; the parent of a bare drive (C:
+/// and a backslash) or a name is empty. A path whose second unit is a separator counts as a network
+/// path.
 ///
 ///     C:\a\ gives C:\; \\srv\share\dir gives \\srv\share\; \\srv\share\ gives \\srv\share
 QString parentFolder(QString path, QChar separator);

@@ -25,29 +25,20 @@ std::string end(const std::string &folder)
 TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
 {
     const std::string usage =
-        "\nUsage:\n\n"
-        "  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n"
-        "\n"
+        "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n\n"
         "  directory: The directory to remove files from.\n"
         "             Subfolders are automatically searched as well. Empty subfolders are "
         "deleted.\n"
         "             The directory can contain a folder with a * wildcard to be replaced by ALL "
         "folder found\n"
         "  -do <days_old>: This tool does not delete files if they are not older than <days_old> "
-        "days. Default: 14 days\n"
-        "  -v: Enable verbose messages.\n"
-        "Note: There is no required order for the commandline flags\n"
-        "\n\n"
-        "Example commandlines: \n"
-        "   Delete files from folder C:\\temp \n"
-        "       kxDeleteOldFiles C:\\temp -do 7  \n"
-        "\n"
+        "days. Default: 14 days\n  -v: Enable verbose messages.\n"
+        "Note: There is no required order for the commandline flags\n\n\nExample commandlines: \n"
+        "   Delete files from folder C:\\temp \n       kxDeleteOldFiles C:\\temp -do 7  \n\n"
         "   Delete files from the temp folder of all users\n"
-        "       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n"
-        "\n"
+        "       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n\n"
         "   Delete files from the temp folder of all users starting with 'm'\n"
-        "       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n"
-        "\n\n";
+        "       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n\n\n";
     const ScratchFolder scratch;
     makeFile(scratch.path / L"a", old);
     for (const wchar_t *arguments : { L"", L"X:\\scratch", L"X:\\scratch -v" }) {
@@ -114,7 +105,7 @@ TEST(CommandLine, StopsOutsideAnInstallation)
     const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
     std::wstring hundred = L"X:\\scratch -kxRoot ";
     for (int i = 0; i < 100; ++i)
-        hundred += L"%d";
+        hundred += L"%*d"; // takes two values in three characters
     const std::string zeros = std::string(100, '0') + "\\";
     const struct
     {
@@ -126,9 +117,11 @@ TEST(CommandLine, StopsOutsideAnInstallation)
         { L"X:\\scratch -kxRoot Y:\\no&#228;", "Y:\\no\xE4\\", "Y:\\no\xE4\\" },
         { L"X:\\scratch -kxroot a/ -KXROOT b", "b\\", "a/b\\" },
         { L"X:\\scratch -kxRoot a%%s%%%*d%s", "a%s%0(null)\\", "a%s%0(null)\\" },
+        { L"X:\\scratch -kxRoot %", "\\", "\\" }, // "%\\" is no conversion
         { hundred.c_str(), zeros, zeros },
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.flag);
         const ScratchFolder scratch;
         makeFile(scratch.path / L"a", old);
         const ProgramRun run = runProgram(row.arguments, program);
@@ -142,9 +135,14 @@ TEST(CommandLine, StopsOutsideAnInstallation)
         EXPECT_EQ(1u, run.exitCode);
         EXPECT_EQ(Tree{ L"a" }, treeOf(scratch.path));
     }
-    // What the print routine refuses ends the message, not the program.
-    for (const wchar_t *flag : { L"%n", L"%", L"%hhn%", L"%99$d" })
-        EXPECT_EQ(1u, runProgram(std::wstring(L"X:\\scratch -kxRoot ") + flag, program).exitCode);
+    // What the print routine refuses ends the message, not the program. A placeholder in one text
+    // is filled with the next.
+    const ScratchFolder scratch;
+    const ProgramRun refused = runProgram(L"X:\\scratch -kxRoot a%n", program);
+    EXPECT_THAT(refused.output, testing::EndsWith("lost.exe', 'a"));
+    EXPECT_EQ(1u, refused.exitCode);
+    EXPECT_THAT(runProgram(L"X:\\scratch -kxRoot %3", program).output,
+                testing::HasSubstr("lost.exe', '\n[-kxRoot flag: "));
 }
 
 TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
@@ -161,32 +159,15 @@ TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
     fs::create_directory(scratch.path / L"void");
     const ProgramRun run = runProgram(L"X:\\scratch\\ -v -v");
     EXPECT_EQ(banner + start("X:\\scratch\\") + progress("X:\\scratch\\")
-                  + "  6 files deleted (1 955 Kib). \n\n"
-                    "\n"
-                    "   [X:\\scratch\\]: \n"
-                    "     -dir [%s 100%]\n"
-                    "   [X:\\scratch\\%s 100%]: \n"
-                    "     -del %n.txt\n"
-                    "     -dir [deep]\n"
-                    "   [X:\\scratch\\deep]: \n"
-                    "     -dir [er]\n"
-                    "   [X:\\scratch\\deep\\er]: \n"
-                    "     -ignT new\n"
-                    "     -del old\n"
-                    "     -dir [gone]\n"
-                    "   [X:\\scratch\\gone]: \n"
-                    "     -dir [a]\n"
-                    "   [X:\\scratch\\gone\\a]: \n"
-                    "     -del old\n"
-                    "     -del hidden\n"
-                    "     -ignT just young\n"
-                    "     -del readonly\n"
-                    "     -dir [void]\n"
-                    "   [X:\\scratch\\void]: \n"
-                    "     -dir [\xFC]\n"
-                    "   [X:\\scratch\\\xFC]: \n"
-                    "     -del ??\n"
-                    "\n\n"
+                  + "  6 files deleted (1 955 Kib). \n\n\n   [X:\\scratch\\]: \n"
+                    "     -dir [%s 100%]\n   [X:\\scratch\\%s 100%]: \n     -del %n.txt\n"
+                    "     -dir [deep]\n   [X:\\scratch\\deep]: \n     -dir [er]\n"
+                    "   [X:\\scratch\\deep\\er]: \n     -ignT new\n     -del old\n"
+                    "     -dir [gone]\n   [X:\\scratch\\gone]: \n     -dir [a]\n"
+                    "   [X:\\scratch\\gone\\a]: \n     -del old\n     -del hidden\n"
+                    "     -ignT just young\n     -del readonly\n     -dir [void]\n"
+                    "   [X:\\scratch\\void]: \n     -dir [\xFC]\n   [X:\\scratch\\\xFC]: \n"
+                    "     -del ??\n\n\n"
                   + end("X:\\scratch\\"),
               run.output);
     EXPECT_EQ((Tree{ L"deep", L"deep\\er", L"deep\\er\\new", L"just young" }),

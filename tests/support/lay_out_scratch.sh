@@ -5,7 +5,7 @@
 # usage: lay_out_scratch.sh PROGRAM SCRATCH
 set -euo pipefail
 
-rm -rf "$2/suite" "$2/links" "$2/scratch"
+rm -rf "$2/suite" "$2/links" "$2/scratch" "$2/apps/sub"
 mkdir -p "$2/suite/bin/win64" "$2/suite/sub/cfg_global" "$2/links/tree" "$2/links/target"
 mkdir -p "$2/apps/bin/win64"
 cp "$1" "$2/suite/bin/win64/"

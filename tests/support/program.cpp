@@ -25,7 +25,8 @@ std::string readAll(HANDLE pipe)
 
 ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program)
 {
-    for (const wchar_t *variable : { L"KX_ROOT", L"KX_ROOT_INSTALLER" })
+    for (const wchar_t *variable :
+         { L"KX_ROOT", L"KX_ROOT_INSTALLER", L"ProgramFiles", L"ProgramW6432", L"SystemDrive" })
         SetEnvironmentVariableW(variable, nullptr);
     SECURITY_ATTRIBUTES inherited = { sizeof inherited, nullptr, TRUE };
     HANDLE readEnd = nullptr;

@@ -11,7 +11,7 @@ struct ProgramRun
 };
 
 /// Runs the program, that of the sample installation if nothing else is said, with these arguments,
-/// in which quoting is the caller's, and without KX_ROOT and KX_ROOT_INSTALLER. The number of free
+/// in which quoting is the caller's, and without the variables that it looks at. The number of free
 /// MiB, which other programs change, reads "#" in the output.
 ProgramRun runProgram(const std::wstring &arguments,
                       const std::wstring &program = L"X:\\suite\\bin\\win64\\kxDeleteOldFiles.exe");
