@@ -143,6 +143,11 @@ TEST(CommandLine, StopsOutsideAnInstallation)
     EXPECT_EQ(1u, refused.exitCode);
     EXPECT_THAT(runProgram(L"X:\\scratch -kxRoot %3", program).output,
                 testing::HasSubstr("lost.exe', '\n[-kxRoot flag: "));
+    // The program's name is cut at 250 bytes, within the folder of 43; two folders up from there.
+    const std::wstring deep =
+        L"X:\\apps\\" + std::wstring(200, L'd') + L"\\" + std::wstring(43, L'e');
+    EXPECT_THAT(runProgram(L"X:\\scratch -do 14", deep + L"\\l.exe").output,
+                testing::HasSubstr("\n[appPath: X:\\: invalid]"));
 }
 
 TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)

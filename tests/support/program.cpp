@@ -36,8 +36,8 @@ ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program
     CreatePipe(&readEnd, &startup.hStdOutput, &inherited, 0);
     PROCESS_INFORMATION process = {};
     std::wstring commandLine = program + L" " + arguments;
-    EXPECT_TRUE(CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                               nullptr, &startup, &process));
+    EXPECT_TRUE(CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0,
+                               nullptr, nullptr, &startup, &process));
     CloseHandle(startup.hStdOutput);
     const std::string bytes = readAll(readEnd);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.hProcess, longestRun));
