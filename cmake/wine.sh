@@ -59,6 +59,6 @@ if [ ! -e "$WINEPREFIX/complete" ]; then
 fi
 # What the first program of a prefix starts beside itself must not hold the caller's output open.
 if wineserver -p60 >/dev/null 2>&1; then
-  timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null
+  timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the program tells more
 fi
 exec timeout -k 10 "${KX_TIMEOUT:-600}" wine "$@"
