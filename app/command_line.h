@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// What the options say. The days are not checked: 0 and less delete whatever its age.
+/// What the options say. The days are not checked: 0 and less delete every file, whatever its age.
 struct Options
 {
     qint32 daysOld = 14;

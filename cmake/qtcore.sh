@@ -35,27 +35,14 @@ if [ -d "$folder" ]; then
 fi
 [ "${3:-}" != --check ] || exit 1
 
-# Debian's own package lists, made into lists of source packages in a folder of their own: the
-# machine's configuration stays as it is. Entries of other suites than Debian's are left out.
+# The machine's own package lists, made into lists of source packages in a folder of their own: the
+# machine's configuration stays as it is.
 derive_source_entries() {
-  local codename
-  codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
   mkdir -p "$1"
   find /etc/apt -name '*.list' -exec cat {} + |
-    grep -E "^deb[[:space:]].*[[:space:]]$codename([-/][^[:space:]]*)?[[:space:]]" |
-    sed 's/^deb[[:space:]]/deb-src /' >"$1/debian.list" || true
-  find /etc/apt -name '*.sources' -exec awk -v suite="(^|[ :])$codename" '
-    BEGIN { RS = ""; ORS = "\n\n" }
-    {
-      suites = ""
-      lines = split($0, line, "\n")
-      for (i = 1; i <= lines; ++i)
-        if (line[i] ~ /^Suites:/) suites = line[i]
-      if (suites !~ suite) next
-      sub(/(^|\n)Types:[^\n]*/, "\nTypes: deb-src")
-      sub(/^\n/, "")
-      print
-    }' {} \; >"$1/debian.sources"
+    sed -n 's/^[[:space:]]*deb[[:space:]]/deb-src /p' >"$1/derived.list"
+  find /etc/apt -name '*.sources' -exec sed 's/^[Tt]ypes:.*/Types: deb-src/; $a\\n' {} \; \
+    >"$1/derived.sources"
 }
 
 # apt checks the signature of the lists, and by them the checksums of what it fetches.
@@ -64,7 +51,7 @@ fetch_sources() {
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/apt" -o APT::Sandbox::User=)
   derive_source_entries "$work/entries"
   mkdir -p "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
-  "${apt[@]}" update
+  "${apt[@]}" update || true # not every entry has sources; the next step tells whether one has these
   (cd "$work/download" && "${apt[@]}" source --download-only qtbase-opensource-src)
   dpkg-source --no-check -x "$work"/download/qtbase-opensource-src_"$version"+*.dsc "$work/source"
 }

@@ -18,7 +18,8 @@ folder=$cache/toolchain-$key
 
 if [ ! -d "$folder" ]; then
   mkdir -p "$cache"
-  partial=$(mktemp -d "$cache/toolchain.XXXXXX")
+  rm -rf "$cache"/toolchain.partial.* # left by a run that was interrupted
+  partial=$(mktemp -d "$cache/toolchain.partial.XXXXXX")
   "$debian-gcc-posix" -dumpspecs | sed 's/-lmsvcrt/-lucrt -lmsvcrt/' >"$partial/ucrt.specs"
   mkdir -p "$partial/bin" "$partial/include/bits"
   # The C++ library's own header switches to the compiler's formatted print; this one, found first,
@@ -39,6 +40,6 @@ END
     ln -s "$(command -v "$debian-$tool")" "$partial/bin/ucrt64-$tool"
   done
   chmod 755 "$partial"
-  mv -T "$partial" "$folder" 2>/dev/null || rm -rf "$partial" # another run was first
+  mv -T "$partial" "$folder"
 fi
 echo "$folder"

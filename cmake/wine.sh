@@ -5,8 +5,8 @@
 #
 #   open     the whole machine is drive Z:, for a program that works on the caller's folders
 #   sealed   the program sees its prefix, drive X: (build/scratch), drive Y: (build/demo) and the
-#            network folder \\server\share (build/scratch/share), and nothing else of the machine:
-#            a faulty build that deletes whatever it finds cannot get further
+#            network folder \\server\share (build/scratch/share), and no other folder of the
+#            machine: a faulty build that deletes whatever it finds cannot get further
 #
 # The first run makes the prefix. The prefix's server stays for a minute after the last program, so
 # that the next one starts at once; --stop ends it. KX_TIMEOUT is the time in seconds after which a
@@ -33,8 +33,10 @@ seal() {
     rm "$link"
     mkdir "$link"
   done
+  [ ! -e "$drives/z:" ] && [ -z "$(find "$WINEPREFIX/drive_c/users" -type l)" ]
 }
 
+# Called as a process of its own, in which a failing command ends it.
 make_prefix() {
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
@@ -52,13 +54,18 @@ if [ "${1:-}" = --stop ]; then
   fi
   exit
 fi
+if [ "${1:-}" = --make ]; then
+  make_prefix
+  exit
+fi
 if [ ! -e "$WINEPREFIX/complete" ]; then
   mkdir -p "$root/build/logs"
-  make_prefix >"$root/build/logs/wine-$kind.log" 2>&1 ||
+  "${BASH_SOURCE[0]}" "$kind" --make >"$root/build/logs/wine-$kind.log" 2>&1 ||
     { echo "wine.sh: no Wine prefix; see build/logs/wine-$kind.log" >&2; exit 1; }
 fi
 # What the first program of a prefix starts beside itself must not hold the caller's output open.
 if wineserver -p60 >/dev/null 2>&1; then
   timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the program tells more
 fi
-exec timeout -k 10 "${KX_TIMEOUT:-600}" wine "$@"
+# In the foreground, so that Ctrl-C reaches the program.
+exec timeout --foreground -k 10 "${KX_TIMEOUT:-600}" wine "$@"

@@ -13,7 +13,7 @@
 /// removeIfEmpty   remove the folder itself when nothing is left in it
 /// recurse         sweep the subfolders too; each is removed when it ends up empty. Links to
 ///                 folders are followed, and nothing detects cycles
-/// maxAgeMinutes   0 or less deletes whatever its age. As seconds it wraps at 32 bits
+/// maxAgeMinutes   0 or less deletes every file, whatever its age. As seconds it wraps at 32 bits
 /// ignoreSuffixes  null, or ends of names, no case, of entries to leave alone
 /// errors          null, or a text to which a line is appended for each failure
 /// deletedCount    null, or a counter of deleted files

@@ -1,10 +1,12 @@
+#include "app/folder_run.h"
 #include "app/free_space.h"
 #include "app/grouped_number.h"
 #include "app/wildcard_folders.h"
 
+#include "support/files.h"
 #include "support/text_printing.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <limits>
 
@@ -45,9 +47,21 @@ TEST(FreeSpace, AsksAboutTheRootOfThePath)
     // clang-format on
     for (const auto &row : rows)
         EXPECT_EQ(q(row[1]), freeSpaceRoot(q(row[0]))) << row[0];
+    ULARGE_INTEGER bytes;
+    GetDiskFreeSpaceExW(L"X:\\", &bytes, nullptr, nullptr);
+    EXPECT_NEAR(static_cast<double>(bytes.QuadPart >> 20), freeDriveSpaceMiB(q("X:\\a")), 2000);
     EXPECT_EQ(1000u, freeDriveSpaceMiB(q("Q:\\no such drive")));
     const QString tooLong = q("\\\\server\\") + run(245) + q("\\"); // 255 units
     EXPECT_EQ(1000u, freeDriveSpaceMiB(tooLong));
+}
+
+TEST(FolderRun, HandsOnItsReportAtOnce)
+{
+    const ScratchFolder scratch;
+    EXPECT_THAT(flushedBy([] { runFolder(q("X:\\scratch"), 14, false); }),
+                testing::EndsWith(" MiB\n\n"));
+    EXPECT_EQ("Warning: directory X:\\no does not exist!\n",
+              flushedBy([] { runFolder(q("X:\\no"), 14, false); }));
 }
 
 TEST(Wildcard, IsSplitAtItsComponent)

@@ -285,6 +285,30 @@ TEST(SweepFolder, KeepsIgnoredEntries)
               errors);
     EXPECT_EQ(1, count);
     EXPECT_EQ(1, kiB);
+    // What is ignored is left, though not kept; what is passed over does not count.
+    fs::remove_all(scratch.path / L"keep");
+    const auto sweep = [&suffixes](bool recurse) {
+        return sweepFolder(q("X:\\scratch\\skip"), false, recurse, 0, &suffixes, nullptr, nullptr,
+                           nullptr, nullptr, false, nullptr);
+    };
+    EXPECT_FALSE(sweep(true));
+    EXPECT_TRUE(sweep(false));
+}
+
+TEST(SweepFolder, PrintsProgressWhenMoreThanFiveSecondsHavePassed)
+{
+    const ScratchFolder scratch;
+    TimeStamp now = 0;
+    currentTime(now);
+    for (const TimeStamp age : { 4, 6 }) {
+        TimeStamp stamp = now - age;
+        const std::string printed = flushedBy([&stamp] {
+            sweepFolder(q("X:\\scratch"), false, true, 0, nullptr, nullptr, nullptr, nullptr,
+                        nullptr, false, &stamp);
+        });
+        EXPECT_EQ(age > 5 ? "     ...X:\\scratch...\n" : "", printed);
+        EXPECT_EQ(age > 5, stamp >= now);
+    }
 }
 
 TEST(SweepFolder, DoesWithoutWhatIsOptional)

@@ -68,11 +68,12 @@ TEST(CommandLine, ReadsItsOptions)
         const wchar_t *arguments;
         std::string output;
         unsigned long exitCode = 0;
+        double daysOld = old;
     } rows[] = {
         { L"X:\\scratch -DO 40", swept("40", none) },
         { L"-do 7 x: -V X:\\scratch", swept("7", all, "\n   [X:\\scratch]: \n     -del a\n\n\n") },
-        { L"X:\\scratch -do -5", swept("-5", all) },
-        { L"X:\\scratch -do \" +0 \"", swept("0", all) },
+        { L"X:\\scratch -do -5", swept("-5", all), 0, -10 }, // dated in the future
+        { L"X:\\scratch -do \" +0 \"", swept("0", all), 0, -10 },
         { L"X:\\scratch -do 24855", swept("24855", none) },
         { L"X:\\scratch -do 24856", swept("24856", all) }, // 32 bits of seconds wrap
         { L"X:\\scratch -do abc", "Error: Unable to convert abc into a number!\n", 3 },
@@ -86,14 +87,14 @@ TEST(CommandLine, ReadsItsOptions)
         { L"-v -v \"\"", missing("") },
         { L"-v -v C:", missing("C:") },
         { L"-v -v X:\\scratch\\a", missing("X:\\scratch\\a") },
-        { L"-v -v %s%n", missing("%s%n") },
+        { L"-v -v %s%n\xFC", missing("%s%n\xFC") },
         { L"-v -v *", "Searching for folders matching '*'." },
         { L"-v -v X:\\nothing\\*", "Searching for folders matching 'X:\\nothing\\*'." },
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(row.arguments)));
         const ScratchFolder scratch;
-        makeFile(scratch.path / L"a", old, 1536);
+        makeFile(scratch.path / L"a", row.daysOld, 1536);
         const ProgramRun run = runProgram(row.arguments);
         EXPECT_EQ(banner + row.output, run.output);
         EXPECT_EQ(row.exitCode, run.exitCode);
@@ -184,19 +185,22 @@ TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
 TEST(Sweep, ReportsWhatItCannotDeleteAndGoesOn)
 {
     const ScratchFolder scratch;
-    for (const wchar_t *file : { L"sub\\%s held", L"sub\\old", L"sub\\zero\\old" })
-        makeFile(scratch.path / file, old);
-    const HANDLE held = CreateFileW(L"X:\\scratch\\sub\\%s held", GENERIC_READ, 0, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
-    const ProgramRun run = runProgram(L"X:\\scratch -do 14");
+    for (const wchar_t *file : { L"deep\\\x0416%s held", L"deep\\old", L"old" })
+        makeFile(scratch.path / L"\xFC" / file, old);
+    const HANDLE held = CreateFileW(L"X:\\scratch\\\xFC\\deep\\\x0416%s held", GENERIC_READ, 0,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    const ProgramRun run = runProgram(L"X:\\scratch\\\xFC* -v -v");
     CloseHandle(held);
-    EXPECT_EQ(banner + start("X:\\scratch") + progress("X:\\scratch")
-                  + "  2 files deleted (0 Kib). \n\n"
-                    "\nErrors:\n X:\\scratch\\sub\\%s held:Unable to delete file; Error 32: "
-                  + systemMessage(32) + "..\n \n\n" + end("X:\\scratch"),
+    const std::string folder = "X:\\scratch\\\xFC";
+    EXPECT_EQ(banner + "Searching for folders matching '" + folder + "*'." + start(folder)
+                  + progress(folder) + "  2 files deleted (0 Kib). \n\n\nErrors:\n " + folder
+                  + "\\deep\\?%s held:Unable to delete file; Error 32: " + systemMessage(32)
+                  + "..\n \n\n\n   [" + folder + "]: \n     -dir [deep]\n   [" + folder
+                  + "\\deep]: \n     -del old\n     -del ?%s held\n     -del old\n\n\n"
+                  + end(folder),
               run.output);
     EXPECT_EQ(0u, run.exitCode);
-    EXPECT_EQ((Tree{ L"sub", L"sub\\%s held" }), treeOf(scratch.path));
+    EXPECT_EQ((Tree{ L"\xFC", L"\xFC\\deep", L"\xFC\\deep\\\x0416%s held" }), treeOf(scratch.path));
 }
 
 // A search pattern is its folder, a backslash and "*", and 4 units more with the prefix: a folder

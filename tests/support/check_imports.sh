@@ -14,7 +14,13 @@ if [ -n "$others" ]; then
   exit 1
 fi
 grep -q ' __imp___stdio_common_vfprintf$' <<<"$symbols" || { echo "printf is not the library's"; exit 1; }
-if grep ' __mingw_v*fprintf$' <<<"$symbols"; then
+if grep -E ' __mingw_v?f?w?printf$' <<<"$symbols"; then
   echo "The compiler's own formatted print is linked."
+  exit 1
+fi
+wildcards=0x$(sed -n 's/ [BD] _dowildcard$//p' <<<"$symbols")
+if ! "$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 4))" "$1" |
+  grep -q ' 00000000 '; then
+  echo "The start-up code is told to expand wildcards."
   exit 1
 fi

@@ -1,6 +1,9 @@
 // Real files and folders for the tests.
 #pragma once
 
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -21,7 +24,13 @@ constexpr double young = 1;
 struct ScratchFolder
 {
     ScratchFolder() { fs::create_directories(path); }
-    ~ScratchFolder() { fs::remove_all(path); }
+    ~ScratchFolder()
+    {
+        std::error_code ignored; // a failed assertion may have left what it cannot reach
+        for (const fs::directory_entry &entry : fs::recursive_directory_iterator(path, ignored))
+            SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
+        fs::remove_all(path, ignored);
+    }
     ScratchFolder(const ScratchFolder &) = delete;
     ScratchFolder &operator=(const ScratchFolder &) = delete;
 
@@ -49,6 +58,26 @@ inline Tree treeOf(const fs::path &folder)
         paths.push_back(entry.path().wstring().substr(folder.wstring().size() + 1));
     std::sort(paths.begin(), paths.end());
     return paths;
+}
+
+/// What a function has put into standard output so far, not counting what the C library still
+/// holds.
+template <typename Function>
+std::string flushedBy(Function function)
+{
+    std::fflush(stdout);
+    const int output = _dup(1);
+    const int file = _wopen(L"X:\\flushed", _O_CREAT | _O_TRUNC | _O_RDWR | _O_BINARY, _S_IWRITE);
+    _dup2(file, 1);
+    function();
+    std::string text(static_cast<std::size_t>(_filelength(file)), ' ');
+    _lseek(file, 0, SEEK_SET);
+    _read(file, text.data(), static_cast<unsigned>(text.size()));
+    std::fflush(stdout);
+    _dup2(output, 1);
+    _close(output);
+    _close(file);
+    return text;
 }
 
 /// The system's message for a code, without the line break at its end.

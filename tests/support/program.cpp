@@ -46,8 +46,8 @@ ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program
               bytes.size() - run.output.size())
         << "each line feed has its carriage return";
     run.output = std::regex_replace(
-        run.output, std::regex("(  Done. Free drive space in .* is )[0-9][0-9 ]*( MiB\n\n)"),
-        "$1#$2");
+        run.output,
+        std::regex("(  Done. Free drive space in .* is )(?!1000 )[0-9][0-9 ]*( MiB\n\n)"), "$1#$2");
     GetExitCodeProcess(process.hProcess, &run.exitCode);
     for (const HANDLE handle : { process.hThread, process.hProcess, readEnd })
         CloseHandle(handle);
