@@ -176,12 +176,13 @@ TEST(RootDiscovery, FollowsTheRelinkFile)
     const QString rows[][4] = {
         { q("  root = Y:\\d  \r\nExeRoot=Y:\\b"), q("\n[Relink Y:\\d\\: invalid]"), q("Y:\\d\\") },
         { q("RootFolder=Y:\\d\\"), q("\n[Relink Y:\\d\\: invalid]"), q("Y:\\d\\") },
-        { q("Root=X:/scratch/a_KX9/\n"), q("\n[Relink X:/scratch/a_KX9/\\]"),
-          q("X:/scratch/a_KX9/\\") },
+        { q("Root=X:/scratch/a/\n"), q("\n[Relink X:/scratch/a/\\]"), q("X:/scratch/a/\\") },
+        { q("Root=X:\\scratch\\r\\a_KX9"), q("\n[Relink X:\\scratch\\r\\a_KX9\\]"),
+          q("X:\\scratch\\r\\a_KX9\\") },
         { q("Root=") + run(249), q("\n[Relink ") + run(249) + q("\\: invalid]"),
           run(249) + q("\\") },
         { q("Root=") + run(251), q("\n[Relink ") + run(250) + q(": invalid]"), run(250) },
-        { q("exeroot=Y:\\b=\nRoot=Y:\\d"), q(""), q(""), q("Y:\\b=") },
+        { q("exeroot = Y:\\b=\nRoot=Y:\\d"), q(""), q(""), q("Y:\\b=") },
         { q("Data=Y:\\d"), q(""), q("") },
         { q("Root Y:\\d"), q(""), q("") },
         { q("Root="), q(""), q("") },
@@ -189,7 +190,8 @@ TEST(RootDiscovery, FollowsTheRelinkFile)
         { q("\r\nRoot=Y:\\d"), q(""), q("") },
     };
     const Surroundings surroundings;
-    makeRoot(q("a_KX9"));
+    makeRoot(q("a"));
+    makeRoot(q("r\\a_KX9"));
     const QString root = makeRoot(q("r"));
     const QString relink = root + q("sub\\cfg_global\\relink_win.cfg");
     const QString log = q("\n[-kxRoot flag: ") + root + q(": VALID!]\n[appPath: ") + root + q("]");

@@ -185,22 +185,24 @@ TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
 TEST(Sweep, ReportsWhatItCannotDeleteAndGoesOn)
 {
     const ScratchFolder scratch;
-    for (const wchar_t *file : { L"deep\\\x0416%s held", L"deep\\old", L"old" })
+    for (const wchar_t *file : { L"a\\b\\\x0416%s held", L"a\\b\\old", L"old" })
         makeFile(scratch.path / L"\xFC" / file, old);
-    const HANDLE held = CreateFileW(L"X:\\scratch\\\xFC\\deep\\\x0416%s held", GENERIC_READ, 0,
+    const HANDLE held = CreateFileW(L"X:\\scratch\\\xFC\\a\\b\\\x0416%s held", GENERIC_READ, 0,
                                     nullptr, OPEN_EXISTING, 0, nullptr);
     const ProgramRun run = runProgram(L"X:\\scratch\\\xFC* -v -v");
     CloseHandle(held);
     const std::string folder = "X:\\scratch\\\xFC";
     EXPECT_EQ(banner + "Searching for folders matching '" + folder + "*'." + start(folder)
                   + progress(folder) + "  2 files deleted (0 Kib). \n\n\nErrors:\n " + folder
-                  + "\\deep\\?%s held:Unable to delete file; Error 32: " + systemMessage(32)
-                  + "..\n \n\n\n   [" + folder + "]: \n     -dir [deep]\n   [" + folder
-                  + "\\deep]: \n     -del old\n     -del ?%s held\n     -del old\n\n\n"
+                  + "\\a\\b\\?%s held:Unable to delete file; Error 32: " + systemMessage(32)
+                  + "..\n \n\n\n   [" + folder + "]: \n     -dir [a]\n   [" + folder
+                  + "\\a]: \n     -dir [b]\n   [" + folder
+                  + "\\a\\b]: \n     -del old\n     -del ?%s held\n     -del old\n\n\n"
                   + end(folder),
               run.output);
     EXPECT_EQ(0u, run.exitCode);
-    EXPECT_EQ((Tree{ L"\xFC", L"\xFC\\deep", L"\xFC\\deep\\\x0416%s held" }), treeOf(scratch.path));
+    EXPECT_EQ((Tree{ L"\xFC", L"\xFC\\a", L"\xFC\\a\\b", L"\xFC\\a\\b\\\x0416%s held" }),
+              treeOf(scratch.path));
 }
 
 // A search pattern is its folder, a backslash and "*", and 4 units more with the prefix: a folder
