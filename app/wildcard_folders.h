@@ -20,5 +20,5 @@ WildcardParts splitAtWildcard(const QString &path);
 /// none, gives no output.
 ///
 /// Text between a "*" and the next backslash does not restrict the folders: a*b matches every
-/// folder that begins with a, as it always has; scheduled jobs depend on it.
+/// folder that begins with a. That is deliberate, no full pattern is meant.
 void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verbose);

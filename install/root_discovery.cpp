@@ -64,8 +64,8 @@ QString rootFromEnvironment(const char *variable, QString &rootLog)
     return candidate;
 }
 
-/// The root two folders above the program, unless there is a candidate already; that one is tested
-/// and noted a second time here, which users of the message are used to.
+/// The root two folders above the program, unless there is a candidate already; that one is
+/// deliberately tested and noted a second time here.
 void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
 {
     if (candidate.isEmpty()) {

@@ -7,7 +7,7 @@
 /// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Nothing
 /// else is decoded; the names are case-sensitive.
 ///
-/// &amp; is decoded behind the other names and in front of the numbers, which callers rely on:
+/// &amp; is decoded behind the other names and in front of the numbers, deliberately:
 ///
 ///     &amp;lt; gives &lt;    &amp;#196; gives the capital A with diaeresis
 QString decodeEntities(QString text);
