@@ -9,9 +9,9 @@ add_library(QtCore STATIC IMPORTED)
 set_target_properties(QtCore PROPERTIES
   IMPORTED_LOCATION "${KX_QTCORE}/lib/libQt5Core.a"
   INTERFACE_INCLUDE_DIRECTORIES "${KX_QTCORE}/include;${KX_QTCORE}/include/QtCore")
-# What QtCore itself calls.
-target_link_libraries(QtCore INTERFACE
-  mpr userenv version netapi32 ws2_32 advapi32 kernel32 ole32 shell32 uuid user32 winmm)
+# What QtCore itself calls: found in the first library that has it, so that DLLs which are loaded
+# at the start of the program come last.
+target_link_libraries(QtCore INTERFACE "${KX_QTCORE}/lib/libdelayed.a" delayimp uuid kernel32)
 # Every conversion between 8-bit and 16-bit text names its encoding: the unnamed ones mean Latin-1
 # in QtCore 4 and UTF-8 in QtCore 5.
 target_compile_definitions(QtCore INTERFACE

@@ -12,21 +12,30 @@ cache=$1
 toolchain=$2
 version=5.15.8
 
-# Features of QtCore that no tool here uses; each costs size, and some pull in more system DLLs.
+# Features of QtCore that no tool here uses; each costs size.
 unused="animation codecs big_codecs commandlineparser concatenatetablesproxymodel datetimeparser
-  easingcurve filesystemwatcher gestures hijricalendar identityproxymodel islamiccivilcalendar
-  itemmodel jalalicalendar mimetype process processenvironment proxymodel regularexpression settings
-  sharedmemory sortfilterproxymodel statemachine stringlistmodel systemsemaphore timezone
+  easingcurve filesystemiterator filesystemwatcher gestures hijricalendar identityproxymodel
+  islamiccivilcalendar itemmodel jalalicalendar library mimetype process processenvironment
+  properties proxymodel qeventtransition regularexpression settings sha3-fast sharedmemory
+  sortfilterproxymodel statemachine stringlistmodel systemsemaphore temporaryfile thread timezone
   topleveldomain translation transposeproxymodel xmlstream xmlstreamreader xmlstreamwriter
   network sql testlib concurrent xml"
+# The same, for what has no switch of its own.
+unused_defines="-DQT_NO_COMPRESS -DQT_NO_DATASTREAM -DQT_NO_GEOM_VARIANT -DQT_NO_SYSTEMLOCALE"
+# DLLs that only such parts of QtCore call. They are loaded when they are first called, and so
+# never: at the start of the program they would take most of its time.
+delayed="advapi32 netapi32 ole32 shell32 user32 userenv version winmm ws2_32"
 flags=(-xplatform win32-g++ -static -release -optimize-size -pch -opensource -confirm-license
   -prefix /qtcore -nomake examples -nomake tests -nomake tools
-  -no-gui -no-widgets -no-dbus -no-icu -no-opengl -no-openssl -no-zstd -qt-zlib -qt-pcre)
+  -no-gui -no-widgets -no-dbus -no-icu -no-opengl -no-openssl -no-zstd -qt-zlib -qt-pcre
+  "QMAKE_CXXFLAGS+=$unused_defines"
+  # Out of memory ends the program, as it would without anybody to catch it.
+  "QMAKE_CXXFLAGS_EXCEPTIONS_ON=-fno-exceptions")
 for feature in $unused; do
   flags+=("-no-feature-$feature")
 done
 
-key=$(printf '%s\n' "$version" "${flags[@]}" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
+key=$(printf '%s\n' "$version" "${flags[@]}" "$delayed" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
 folder=$cache/qtcore-$version-$key
 
 if [ -d "$folder" ]; then
@@ -68,12 +77,31 @@ build() {
   cp -a "$work"/source/LICENSE* "$work/stage/qtcore/"
 }
 
+# libdelayed.a: the import libraries of the delayed DLLs in one.
+make_delayed_imports() {
+  local dll tools=$toolchain/bin/ucrt64
+  mkdir "$work/delayed"
+  cd "$work/delayed"
+  echo "create $work/stage/qtcore/lib/libdelayed.a" >merge
+  for dll in $delayed; do
+    {
+      printf 'LIBRARY %s.dll\nEXPORTS\n' "$dll"
+      "$tools-nm" "$("$tools-gcc" -print-file-name="lib$dll.a")" | sed -n 's/.* I __imp_//p' | sort -u
+    } >"$dll.def"
+    "$tools-dlltool" -d "$dll.def" -y "$dll.a"
+    echo "addlib $dll.a" >>merge
+  done
+  echo save >>merge
+  "$tools-ar" -M <merge
+}
+
 mkdir -p "$cache"
 rm -rf "$cache"/qtcore.partial.* # left by a run that was interrupted
 work=$(mktemp -d "$cache/qtcore.partial.XXXXXX")
 {
   fetch_sources
   (build)
+  (make_delayed_imports)
 } >&2
 mv -T "$work/stage/qtcore" "$folder"
 rm -rf "$work"

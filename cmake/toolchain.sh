@@ -32,11 +32,12 @@ END
   for tool in gcc g++; do
     cat >"$partial/bin/ucrt64-$tool" <<END
 #!/bin/sh
-exec $debian-$tool-posix -specs="$folder/ucrt.specs" -isystem "$folder/include" -D_UCRT "\$@"
+exec $debian-$tool-posix -specs="$folder/ucrt.specs" -isystem "$folder/include" -D_UCRT \\
+  -fno-ipa-ra "\$@"
 END
     chmod +x "$partial/bin/ucrt64-$tool"
   done
-  for tool in ar nm objcopy objdump ranlib strip windres; do
+  for tool in ar as dlltool nm objcopy objdump ranlib strip windres; do
     ln -s "$(command -v "$debian-$tool")" "$partial/bin/ucrt64-$tool"
   done
   chmod 755 "$partial"

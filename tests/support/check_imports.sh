@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
-# Checks what the program asks the system for: DLLs that Windows brings along, and the formatted
-# print of the C run-time library, not the compiler's.
+# Checks what the program asks the system for: at its start nothing but the C run-time library and
+# the kernel's DLL, later only DLLs that Windows brings along, and the formatted print of the C
+# run-time library, not the compiler's.
 #
 # usage: check_imports.sh PROGRAM TOOL-PREFIX
 set -euo pipefail
 
-others=$("$2objdump" -p "$1" | sed -n 's/^\tDLL Name: //p' | grep -viE \
-  '^(api-ms-win-crt-[a-z]+-l1-1-0|(advapi|kernel|mpr|netapi|ole|shell|user|ws2_)32|msvcrt|userenv|version|winmm)\.dll$' ||
-  true)
+at_start=$("$2objdump" -p "$1" | sed -n 's/^\tDLL Name: //p' | grep -viE \
+  '^(api-ms-win-crt-[a-z]+-l1-1-0|kernel32|msvcrt)\.dll$' || true)
 symbols=$("$2nm" "$1")
-if [ -n "$others" ]; then
-  echo "It imports DLLs that are not Windows' own: $others"
+later=$(sed -n 's/.* __DELAY_IMPORT_DESCRIPTOR_\(.*\)_a$/\1/p' <<<"$symbols" |
+  grep -vxE '(advapi|netapi|ole|shell|user|ws2_)32|userenv|version|winmm' || true)
+if [ -n "$at_start$later" ]; then
+  echo "It loads more DLLs than it should: $at_start (at its start) $later (later)"
   exit 1
 fi
 grep -q ' __imp___stdio_common_vfprintf$' <<<"$symbols" || { echo "printf is not the library's"; exit 1; }
