@@ -107,6 +107,12 @@ bool anyMatches(const QList<QString> &filters, Test test)
     return false;
 }
 
+bool hasFilters(const DirListing &listing)
+{
+    return !listing.suffixFilters.isEmpty() || !listing.prefixFilters.isEmpty()
+           || !listing.containsFilters.isEmpty();
+}
+
 /// Each kind of filter that is in use overrides the verdict of the one before.
 bool passesFilters(const DirListing &listing, const QString &name)
 {
@@ -126,12 +132,17 @@ bool passesFilters(const DirListing &listing, const QString &name)
     return accepted;
 }
 
+bool isDotEntry(const DirListing &listing)
+{
+    const wchar_t *name = listing.findData.cFileName;
+    return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
+}
+
 bool isAccepted(const DirListing &listing)
 {
-    const QString name = foundName(listing);
-    if (!foundFolder(listing))
-        return passesFilters(listing, name);
-    return listing.includeFolders && name != QLatin1String(".") && name != QLatin1String("..");
+    if (foundFolder(listing))
+        return listing.includeFolders && !isDotEntry(listing);
+    return !hasFilters(listing) || passesFilters(listing, foundName(listing));
 }
 
 bool nextInLists(DirListing &listing)

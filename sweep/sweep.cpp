@@ -9,6 +9,7 @@ namespace {
 
 constexpr qint64 secondsBetweenProgressLines = 5;
 constexpr qint64 bytesPerKiB = 1024;
+constexpr qint32 unitsOfLineAround = 12; // of a log line, around a name, mostly fewer
 
 /// What stays the same in every folder of one sweep.
 struct Sweep
@@ -35,7 +36,29 @@ struct FolderState
 
 QLatin1String latin1(const char *text) { return QLatin1String(text); }
 
-bool logsDecisions(const Sweep &sweep) { return sweep.log != nullptr && !sweep.namesOnly; }
+/// Where decisions are logged, the names of deleted files apart; or null.
+QString *decisionLog(const Sweep &sweep) { return sweep.namesOnly ? nullptr : sweep.log; }
+
+/// Appends a line's pieces, without a text in between, to a text that may be absent.
+template <typename... Pieces>
+void append(QString *text, const Pieces &...pieces)
+{
+    if (text != nullptr)
+        (text->append(pieces), ...);
+}
+
+/// Makes room in the log for a line on each entry of a folder whose lines more than double it: grown
+/// line by line, the log of a huge folder would be copied, and be in memory twice, as it doubles.
+void reserveLog(const Sweep &sweep, const DirListing &listing)
+{
+    if (decisionLog(sweep) == nullptr)
+        return;
+    qint64 units = sweep.log->size();
+    for (const QString &name : listing.names)
+        units += unitsOfLineAround + name.size();
+    if (units / 2 > sweep.log->capacity())
+        sweep.log->reserve(static_cast<qint32>(units));
+}
 
 /// The first of the ignored suffixes that the name ends with, or null.
 const QString *ignoredSuffix(const Sweep &sweep, const QString &name)
@@ -83,17 +106,15 @@ void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state
 {
     const qint64 size = DirListing::size(entry);
     // Logged before the attempt, so the line stands for a file that then can't be deleted too.
-    if (sweep.log != nullptr)
-        *sweep.log +=
-            latin1(sweep.namesOnly ? "" : "     -del ") + DirListing::name(entry) + latin1("\n");
+    append(sweep.log, latin1(sweep.namesOnly ? "" : "     -del "), DirListing::name(entry),
+           latin1("\n"));
     const QString path = DirListing::fullPath(entry);
     const QString error = deleteFile(path);
     if (error.isEmpty()) {
         countDeletion(sweep, size);
         return;
     }
-    if (sweep.errors != nullptr)
-        *sweep.errors += path + latin1(":") + error + latin1("\n");
+    append(sweep.errors, path, latin1(":"), error, latin1("\n"));
     state.failed = true;
     state.nothingLeft = false;
 }
@@ -103,14 +124,13 @@ void sweepFile(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
     const QString name = DirListing::name(entry);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
-        if (logsDecisions(sweep))
-            *sweep.log += latin1("     -ignS ") + name + latin1("   '") + *suffix + latin1("'\n");
+        append(decisionLog(sweep), latin1("     -ignS "), name, latin1("   '"), *suffix,
+               latin1("'\n"));
         keep(state);
         return;
     }
     if (!isOldEnough(sweep, state, DirListing::time(entry))) {
-        if (logsDecisions(sweep))
-            *sweep.log += latin1("     -ignT ") + name + latin1("\n");
+        append(decisionLog(sweep), latin1("     -ignT "), name, latin1("\n"));
         keep(state);
         return;
     }
@@ -126,15 +146,14 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &entry, FolderSta
     const QString name = DirListing::name(entry);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
-        if (logsDecisions(sweep))
-            *sweep.log += latin1("     -ign [") + name + latin1("]  '") + *suffix + latin1("'\n");
+        append(decisionLog(sweep), latin1("     -ign ["), name, latin1("]  '"), *suffix,
+               latin1("'\n"));
         // Not kept, unlike a file: the removal of the folder around it is still tried, fails, and
         // that failure is what tells of the subfolder.
         state.nothingLeft = false;
         return;
     }
-    if (logsDecisions(sweep))
-        *sweep.log += latin1("     -dir [") + name + latin1("]\n");
+    append(decisionLog(sweep), latin1("     -dir ["), name, latin1("]\n"));
     if (!sweepTree(sweep, DirListing::fullPath(entry), sweep.recurse))
         keep(state);
 }
@@ -144,9 +163,8 @@ bool removeEmptied(const Sweep &sweep, const QString &folder)
     if (removeFolder(folder))
         return true;
     const FixedWideString reason = systemErrorText(lastErrorCode);
-    if (sweep.errors != nullptr)
-        *sweep.errors += latin1("Error deleting folder ") + folder + latin1(":")
-                         + reason.toQString() + latin1("\n");
+    append(sweep.errors, latin1("Error deleting folder "), folder, latin1(":"), reason.toQString(),
+           latin1("\n"));
     return false;
 }
 
@@ -160,8 +178,8 @@ bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
     DirListingHandle entry;
     DirListing::create(entry);
     DirListing::open(entry, folder, true, true, false, false);
-    if (logsDecisions(sweep))
-        *sweep.log += latin1("   [") + folder + latin1("]: \n");
+    append(decisionLog(sweep), latin1("   ["), folder, latin1("]: \n"));
+    reserveLog(sweep, *entry.listing);
     FolderState state;
     currentTime(state.now);
     printProgress(sweep, folder, state.now);
