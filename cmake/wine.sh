@@ -2,6 +2,7 @@
 # Runs a Windows program under Wine, in a prefix of the project's own.
 #
 # usage: wine.sh open|sealed PROGRAM [ARGS...]    or    wine.sh open|sealed --stop
+#        wine.sh open|sealed --with COMMAND [ARGS...]
 #
 #   open     the whole machine is drive Z:, for a program that works on the caller's folders
 #   sealed   the program sees its prefix, drive X: (build/scratch), drive Y: (build/demo) and the
@@ -10,7 +11,8 @@
 #
 # The first run makes the prefix. The prefix's server stays for a minute after the last program, so
 # that the next one starts at once; --stop ends it. KX_TIMEOUT is the time in seconds after which a
-# program is killed.
+# program is killed. --with runs a command of this machine, not a Windows program, that calls wine
+# itself: in the prefix's environment and with its server running.
 set -euo pipefail
 
 kind=$1
@@ -66,6 +68,10 @@ fi
 # What the first program of a prefix starts beside itself must not hold the caller's output open.
 if wineserver -p60 >/dev/null 2>&1; then
   timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the program tells more
+fi
+if [ "$1" = --with ]; then
+  shift
+  exec "$@"
 fi
 # In the foreground, so that Ctrl-C reaches the program.
 exec timeout --foreground -k 10 "${KX_TIMEOUT:-600}" wine "$@"

@@ -1,0 +1,258 @@
+"""Measures the tool against the platform's own calls and writes docs/performance.md's tables.
+
+Called by ./dev bench, in the environment of the sealed Wine prefix.
+"""
+
+import argparse
+import os
+import platform
+import shutil
+import statistics
+import subprocess
+import tempfile
+import time
+from math import log
+
+import measure
+import trees
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+REPORT = os.path.join(ROOT, "docs", "performance.md")
+BEGIN, END = "<!-- begin of the measured part -->\n", "<!-- end of the measured part -->\n"
+
+SWEPT = r"X:\bench\tree"
+TOOL = r"Y:\suite\bin\win64\kxDeleteOldFiles.exe"
+COMMANDS = {
+    "tool": [TOOL, "-do", "14", SWEPT],
+    "tool -v": [TOOL, "-do", "14", "-v", SWEPT],
+    "floor": [r"Y:\bench\floor.exe", SWEPT, "14"],
+    "floor, no reset": [r"Y:\bench\floor.exe", SWEPT, "14", "--no-reset"],
+    "rival": [r"Y:\bench\rival.exe", SWEPT, "14"],
+    "empty": [r"Y:\bench\empty.exe"],
+}
+
+COMPARED = ("tool", "floor", "floor, no reset", "rival")
+FILES = {"none": 50_000, "half": 5_000, "all": 5_000}
+GROWTH_FILES = (1_000, 10_000, 100_000)
+MEMORY_FILES = 100_000
+CALLS_FILES = 2_000
+START_ROUNDS = 21
+
+
+class Bench:
+    """The folder with the tree, a RAM disk's by choice, and the programs that run on it."""
+
+    def __init__(self, folder, rounds):
+        self.root = os.path.join(folder, "tree")
+        self.rounds = rounds
+        self.empty_tree = trees.generate("flat", 0, "none")
+
+    def lay_out(self, tree):
+        shutil.rmtree(self.root, ignore_errors=True)
+        trees.create(tree, self.root, time.time())
+
+    def check(self, name, tree):
+        if trees.paths_below(self.root) != tree.left():
+            raise SystemExit(f"bench: {name} left a wrong tree behind")
+
+    def run(self, name, tree):
+        self.lay_out(tree)
+        cost, output = measure.run(COMMANDS[name])
+        self.check(name, tree)
+        if name == "tool" and f"  {tree.old_count()} files deleted" not in output:
+            raise SystemExit(f"bench: the tool reports another number of files:\n{output}")
+        return cost
+
+    def peak(self, name, tree):
+        self.lay_out(tree)
+        peak = measure.peak_memory(COMMANDS[name])
+        self.check(name, tree)
+        return peak
+
+    def in_turn(self, names, tree, rounds=None):
+        """The programs' costs, one list for each, from runs A B C A B C ..."""
+        costs = {name: [] for name in names}
+        for _ in range(rounds or self.rounds):
+            for name in names:
+                costs[name].append(self.run(name, tree))
+        return costs
+
+    def calls(self, name, tree):
+        self.lay_out(tree)
+        calls = measure.system_calls(COMMANDS[name])
+        self.check(name, tree)
+        return calls
+
+
+def median_of(costs, field):
+    return statistics.median(getattr(cost, field) for cost in costs)
+
+
+def median_ratio(costs, base, field):
+    """Of the ratios round by round."""
+    return statistics.median(
+        getattr(cost, field) / getattr(other, field) for cost, other in zip(costs, base))
+
+
+def table(heads, rows):
+    lines = [heads, [":--" if column == 0 else "--:" for column in range(len(heads))], *rows]
+    return "".join(f"| {' | '.join(map(str, line))} |\n" for line in lines) + "\n"
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def time_section(bench):
+    rows = []
+    for shape in trees.SHAPES:
+        for share, count in FILES.items():
+            costs = bench.in_turn(COMPARED, trees.generate(shape, count, share))
+            cpu = [f"{median_ratio(costs[name], costs['floor'], 'cpu'):.2f}"
+                   for name in ("tool", "rival", "floor, no reset")]
+            wall = f"{median_ratio(costs['tool'], costs['floor'], 'wall'):.2f}"
+            rate = f"{count / median_of(costs['tool'], 'wall'):,.0f}"
+            rows.append([shape, share, f"{count:,}", wall, *cpu, rate])
+            say(f"  {shape}, {share} old: {cpu[0]} of the floor, the rival {cpu[1]}")
+    return "Time as a multiple of the floor's:\n\n" + table(
+        ["shape", "old", "files", "tool, wall", "tool, processor", "rival, processor",
+         "floor without reset, processor", "tool, files/s"], rows)
+
+
+def growth_section(bench):
+    rows = []
+    for shape in ("flat", "wide"):
+        names = ("tool", "floor")
+        start = bench.in_turn(names, bench.empty_tree)
+        times = {name: [] for name in names}
+        for count in GROWTH_FILES:
+            costs = bench.in_turn(names, trees.generate(shape, count, "half"), rounds=3)
+            for name in names:
+                spent = median_of(costs[name], "cpu") - median_of(start[name], "cpu")
+                times[name].append(spent)
+        for name in names:
+            # The slope of a straight line through the logarithms.
+            slope = statistics.linear_regression(
+                [log(count) for count in GROWTH_FILES], [log(spent) for spent in times[name]]).slope
+            rows.append([shape, name, *(f"{spent:.3f} s" for spent in times[name]), f"{slope:.3f}"])
+            say(f"  {shape}, {name}: exponent {slope:.3f}")
+    return "Growth: processor time above the start, half of the files old:\n\n" + table(
+        ["shape", "program", *(f"{count:,} files" for count in GROWTH_FILES), "exponent"], rows)
+
+
+def memory_section(bench):
+    empty = bench.peak("empty", bench.empty_tree)
+    rows = []
+    for share in ("none", "all"):
+        tree = trees.generate("flat", MEMORY_FILES, share)
+        for name in ("tool", "tool -v", "floor"):
+            peak = bench.peak(name, tree) - empty
+            rows.append([share, name, f"{peak / 2**20:.1f} MiB", f"{peak / MEMORY_FILES:.0f}"])
+            say(f"  {share} old, {name}: {peak / MEMORY_FILES:.0f} bytes an entry")
+    return (f"Peak memory above the empty program's, flat, {MEMORY_FILES:,} files with names of "
+            "12 characters:\n\n" + table(["old", "program", "peak", "bytes an entry"], rows))
+
+
+def calls_section(bench):
+    rows = []
+    for shape in trees.SHAPES:
+        tree = trees.generate(shape, CALLS_FILES, "half")
+        per_file = {
+            name: (bench.calls(name, tree) - bench.calls(name, bench.empty_tree)) / CALLS_FILES
+            for name in ("tool", "floor")}
+        ratio = f"{per_file['tool'] / per_file['floor']:.3f}"
+        rows.append([shape, f"{per_file['tool']:.1f}", f"{per_file['floor']:.1f}", ratio])
+        say(f"  {shape}: {ratio} of the floor's")
+    return (f"System calls a file, the program's and the Wine server's together, {CALLS_FILES:,} "
+            "files, half of them old; those of a run on an empty folder are taken off:\n\n"
+            + table(["shape", "tool", "floor", "ratio"], rows))
+
+
+def start_section():
+    costs = {"tool": [], "empty": []}
+    for _ in range(START_ROUNDS):
+        costs["tool"].append(measure.run([TOOL], expected_exit=255)[0])
+        costs["empty"].append(measure.run(COMMANDS["empty"])[0])
+    ratio = median_ratio(costs["tool"], costs["empty"], "wall")
+    say(f"  {ratio:.2f} of the empty program")
+    tool, empty = (1000 * median_of(costs[name], "wall") for name in ("tool", "empty"))
+    return (f"From start to banner and usage text: {tool:.0f} ms, the empty program {empty:.0f} ms: "
+            f"{ratio:.2f} times as long.\n\n")
+
+
+def size_section():
+    program = os.path.join(ROOT, "build", "kxDeleteOldFiles.exe")
+    with tempfile.TemporaryDirectory() as folder:
+        stripped = os.path.join(folder, "stripped.exe")
+        subprocess.run([os.environ["KX_TOOLCHAIN"] + "/bin/ucrt64-strip", "-o", stripped, program],
+                       check=True)
+        size = os.path.getsize(stripped)
+    say(f"  {size:,} bytes")
+    return f"Size of the stripped program: {size:,} bytes.\n\n"
+
+
+def million_section(bench):
+    tree = trees.generate("wide", 1_000_000, "half", per_folder=1_000)
+    wall = bench.run("tool", tree).wall
+    peak = bench.peak("tool", tree) / 2**20
+    text = (f"One million files in 1,000 folders, half of them old: {wall:.0f} s, {peak:.0f} MiB at "
+            "the most, the right tree left behind.\n\n")
+    say("  " + text.strip())
+    return text
+
+
+def machine():
+    wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True)
+    return (f"{os.cpu_count()} cores, Linux {platform.release().split('-')[0]}, "
+            f"{wine.stdout.strip()}")
+
+
+def write_report(command, sections):
+    with open(REPORT, encoding="utf-8") as report:
+        before, rest = report.read().split(BEGIN)
+    after = rest.split(END)[1]
+    head = f"Measured with `{command}` on {machine()}, {time.strftime('%Y-%m-%d')}.\n\n"
+    with open(REPORT, "w", encoding="utf-8") as report:
+        report.write(before + BEGIN + head + "".join(sections) + END + after)
+
+
+def pin_to_one_core():
+    """Programs and server on one core do not wait for each other's core to wake up."""
+    os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="./dev bench")
+    parser.add_argument("--rounds", type=int, default=5, help="rounds of each comparison (5)")
+    parser.add_argument("--million", action="store_true", help="also sweep one million files")
+    parser.add_argument("--on", default="/dev/shm", metavar="FOLDER",
+                        help="the disk with the trees; by default the RAM disk")
+    options = parser.parse_args()
+    pin_to_one_core()
+    link = os.path.join(ROOT, "build", "scratch", "bench")
+    with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
+        if os.path.islink(link):
+            os.unlink(link)
+        os.symlink(folder, link)
+        os.chdir(os.path.join(ROOT, "build", "logs"))
+        bench = Bench(folder, options.rounds)
+        sections = []
+        steps = [("processor time", lambda: time_section(bench)),
+                 ("growth", lambda: growth_section(bench)),
+                 ("memory", lambda: memory_section(bench)),
+                 ("system calls", lambda: calls_section(bench)),
+                 ("start", start_section),
+                 ("size", size_section)]
+        if options.million:
+            steps.append(("one million files", lambda: million_section(bench)))
+        for name, step in steps:
+            say(f"== {name}")
+            sections.append(step())
+        os.unlink(link)
+    command = "./dev bench" + (" --million" if options.million else "")
+    write_report(command, sections)
+    say(f"written: {os.path.relpath(REPORT, ROOT)}")
+
+
+if __name__ == "__main__":
+    main()

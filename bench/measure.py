@@ -1,0 +1,108 @@
+"""What a Windows program costs under Wine: time, memory, system calls."""
+
+import os
+import signal
+import subprocess
+import time
+from dataclasses import dataclass
+
+TIMEOUT = 1800  # seconds
+
+
+@dataclass(frozen=True)
+class Cost:
+    wall: float  # seconds
+    cpu: float  # seconds, the Wine server's part included
+
+
+def _find_server():
+    prefix = f"WINEPREFIX={os.environ['WINEPREFIX']}".encode()
+    for process in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{process}/comm", encoding="ascii") as comm:
+                if not comm.read().startswith("wineserver"):
+                    continue
+            with open(f"/proc/{process}/environ", "rb") as environment:
+                if prefix in environment.read().split(b"\0"):
+                    return int(process)
+        except (FileNotFoundError, ProcessLookupError):
+            continue  # it ended while we looked
+    return None
+
+
+def server():
+    """The process of the prefix's Wine server, which ends when it was idle for a minute."""
+    process = _find_server()
+    if process is None:
+        subprocess.run(["wineserver", "-p60"], check=True)
+        subprocess.run(["wine", "cmd", "/c", "exit"], check=True, stdin=subprocess.DEVNULL)
+        process = _find_server()
+    os.sched_setaffinity(process, os.sched_getaffinity(0))
+    return process
+
+
+def _cpu_of(process):
+    with open(f"/proc/{process}/schedstat", encoding="ascii") as stat:
+        return int(stat.read().split()[0]) / 1e9
+
+
+def _run_once(command, output):
+    process = server()
+    server_before = _cpu_of(process)
+    signal.alarm(TIMEOUT)  # ends the benchmark
+    start = time.perf_counter()
+    child = subprocess.Popen(["wine", *command], stdin=subprocess.DEVNULL, stdout=output)
+    _, status, usage = os.wait4(child.pid, 0)
+    wall = time.perf_counter() - start
+    signal.alarm(0)
+    child.returncode = os.waitstatus_to_exitcode(status)
+    time.sleep(0.02)  # the server still cleans up behind the program
+    cpu = usage.ru_utime + usage.ru_stime + _cpu_of(process) - server_before
+    return Cost(wall, cpu), child.returncode
+
+
+def run(command, expected_exit=0):
+    """Runs a program and returns its cost and its output."""
+    with open("output.txt", "w+b") as output:
+        cost, exit_code = _run_once(command, output)
+        if exit_code == 1 and output.tell() == 0:
+            # Once in some thousand times Wine ends so before it has started the program.
+            cost, exit_code = _run_once(command, output)
+        output.seek(0)
+        text = output.read().decode("latin1")
+    if exit_code != expected_exit:
+        raise SystemExit(f"bench: {command} ended with {exit_code}\n{text}")
+    return cost, text
+
+
+def peak_memory(command):
+    """The most memory in bytes that a run of the program takes."""
+    server()
+    # Through GNU time, since the system counts a child of ours from our own peak on.
+    timed = ["time", "-q", "-f", "%M", "-o", "peak.txt", "wine", *command]
+    subprocess.run(timed, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                   timeout=TIMEOUT)
+    with open("peak.txt", encoding="ascii") as peak:
+        return int(peak.read()) * 1024
+
+
+def _total_calls(summary):
+    with open(summary, encoding="ascii") as lines:
+        for line in lines:
+            if line.rstrip().endswith("total"):
+                return int(line.split()[0])
+    raise SystemExit(f"bench: no total in {summary}")
+
+
+def system_calls(command):
+    """How many system calls a run of the program makes, and the server for it."""
+    process = server()
+    strace = ["strace", "-qq", "-f", "-c", "-U", "calls,name"]
+    attached = subprocess.Popen([*strace, "-o", "server.txt", "-p", str(process)])
+    time.sleep(0.5)
+    subprocess.run([*strace, "-o", "program.txt", "wine", *command], check=True,
+                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, timeout=TIMEOUT)
+    time.sleep(0.2)
+    attached.send_signal(signal.SIGINT)
+    attached.wait()
+    return _total_calls("program.txt") + _total_calls("server.txt")

@@ -1,0 +1,100 @@
+"""The folder trees that the benchmark sweeps: what is in them, and what a sweep must leave."""
+
+import os
+import random
+from dataclasses import dataclass
+
+SHAPES = ("flat", "wide", "deep", "mixed")
+SHARES = {"none": 0.0, "half": 0.5, "all": 1.0}  # of the files that are old
+
+OLD = 30 * 86400  # seconds before now
+NEW = 2 * 86400
+
+DEEP_LEVELS = 60
+
+
+@dataclass(frozen=True)
+class Tree:
+    """Paths are relative to the tree's root, "" itself; folders come before what is in them."""
+
+    folders: list
+    files: list  # of (path, size in bytes, whether it is old)
+
+    def left(self):
+        """The paths that stay when the old files and the folders without a kept file are gone."""
+        kept = {path for path, _, old in self.files if not old}
+        for path in list(kept):
+            folder = os.path.dirname(path)
+            while folder and folder not in kept:
+                kept.add(folder)
+                folder = os.path.dirname(folder)
+        return kept
+
+    def all_paths(self):
+        return set(self.folders) | {path for path, _, _ in self.files}
+
+    def old_count(self):
+        return sum(old for _, _, old in self.files)
+
+
+def _deep_folders():
+    # Together 232 units: behind X:\bench\tree the last levels pass 240, and their files end below
+    # the 260 from which the rival's library gives up.
+    folders = []
+    path = ""
+    for level in range(DEEP_LEVELS):
+        path = os.path.join(path, f"{level:02}x" if level < 52 else f"{level:02}")
+        folders.append(path)
+    return folders
+
+
+def _mixed_folders(count, rng):
+    folders = [""]
+    for number in range(count):
+        folders.append(os.path.join(rng.choice(folders), f"d{number}"))
+    return folders[1:]
+
+
+def generate(shape, count, share, per_folder=10):
+    """The tree of that shape with `count` files; the same each time. `per_folder`: of the wide."""
+    rng = random.Random(f"{shape} {count} {share}")
+    if shape == "flat":
+        folders = []
+    elif shape == "wide":
+        folders = [f"folder{number:05}" for number in range(max(1, count // per_folder))]
+    elif shape == "deep":
+        folders = _deep_folders()
+    else:
+        folders = _mixed_folders(max(1, count // 25), rng)
+    homes = folders or [""]
+    files = []
+    for number in range(count):
+        # Evenly, but for the mixed shape: there a few folders hold many files, many hold few.
+        home = homes[number % len(homes)]
+        if shape == "mixed":
+            home = homes[int(len(homes) * rng.random() ** 3)]
+        old = rng.random() < SHARES[share]
+        files.append((os.path.join(home, f"f{number:07}.tmp"), rng.randrange(100_000), old))
+    return Tree(folders, files)
+
+
+def create(tree, root, now):
+    """Makes the tree's folders and files, of holes and as old as they should be at `now`."""
+    os.mkdir(root)
+    for folder in tree.folders:
+        os.mkdir(os.path.join(root, folder))
+    for path, size, old in tree.files:
+        file = os.open(os.path.join(root, path), os.O_CREAT | os.O_EXCL | os.O_WRONLY, 0o644)
+        os.ftruncate(file, size)
+        time = now - (OLD if old else NEW)
+        os.utime(file, (time, time))
+        os.close(file)
+
+
+def paths_below(root):
+    found = set()
+    for folder, folders, files in os.walk(root):
+        inside = os.path.relpath(folder, root)
+        for name in folders + files:
+            found.add(os.path.normpath(os.path.join(inside, name)))
+    return found
