@@ -1,6 +1,7 @@
 // The entry point: the steps of one run, and the exit codes.
-#include "app/command_line.h"
+#include "app/banner.h"
 #include "app/folder_run.h"
+#include "app/options.h"
 #include "app/root_check.h"
 #include "app/wildcard_folders.h"
 #include "sweep/console.h"
@@ -34,8 +35,10 @@ int main(int argc, char **argv)
         return exitNoRoot;
 
     Options options;
-    if (!readOptions(argc, argv, options))
+    if (const char *badNumber = readOptions(argc, argv, options)) {
+        print("Error: Unable to convert %s into a number!\n", badNumber);
         return exitBadNumber;
+    }
 
     progressStamp = 0;
     if (options.directory.contains(QLatin1Char('*')))

@@ -1,6 +1,7 @@
 #include "app/root_check.h"
 
 #include "install/root_discovery.h"
+#include "install/root_flags.h"
 #include "sweep/console.h"
 
 #include <memory>

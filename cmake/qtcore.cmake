@@ -1,17 +1,23 @@
-# QtCore as one imported library. KX_QTCORE in the environment names the folder that
-# cmake/qtcore.sh prints.
-set(KX_QTCORE "$ENV{KX_QTCORE}" CACHE PATH "Folder of QtCore for Windows")
-if(NOT EXISTS "${KX_QTCORE}/lib/libQt5Core.a")
-  message(FATAL_ERROR "KX_QTCORE does not name a QtCore; ./dev build sets it.")
-endif()
+# QtCore as the target of that name: for Windows that of KX_QTCORE, which the environment sets to the
+# folder that cmake/qtcore.sh prints, otherwise this machine's.
+if(WIN32)
+  set(KX_QTCORE "$ENV{KX_QTCORE}" CACHE PATH "Folder of QtCore for Windows")
+  if(NOT EXISTS "${KX_QTCORE}/lib/libQt5Core.a")
+    message(FATAL_ERROR "KX_QTCORE does not name a QtCore; ./dev build sets it.")
+  endif()
 
-add_library(QtCore STATIC IMPORTED)
-set_target_properties(QtCore PROPERTIES
-  IMPORTED_LOCATION "${KX_QTCORE}/lib/libQt5Core.a"
-  INTERFACE_INCLUDE_DIRECTORIES "${KX_QTCORE}/include;${KX_QTCORE}/include/QtCore")
-# What QtCore itself calls: found in the first library that has it, so that DLLs which are loaded
-# at the start of the program come last.
-target_link_libraries(QtCore INTERFACE "${KX_QTCORE}/lib/libdelayed.a" delayimp uuid kernel32)
+  add_library(QtCore STATIC IMPORTED)
+  set_target_properties(QtCore PROPERTIES
+    IMPORTED_LOCATION "${KX_QTCORE}/lib/libQt5Core.a"
+    INTERFACE_INCLUDE_DIRECTORIES "${KX_QTCORE}/include;${KX_QTCORE}/include/QtCore")
+  # What QtCore itself calls: found in the first library that has it, so that DLLs which are loaded
+  # at the start of the program come last.
+  target_link_libraries(QtCore INTERFACE "${KX_QTCORE}/lib/libdelayed.a" delayimp uuid kernel32)
+else()
+  find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
+  add_library(QtCore INTERFACE)
+  target_link_libraries(QtCore INTERFACE Qt5::Core)
+endif()
 # Every conversion between 8-bit and 16-bit text names its encoding: the unnamed ones mean Latin-1
 # in QtCore 4 and UTF-8 in QtCore 5.
 target_compile_definitions(QtCore INTERFACE

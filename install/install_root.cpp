@@ -1,5 +1,6 @@
 #include "install/install_root.h"
 
+#include "install/relink_line.h"
 #include "sweep/file_ops.h"
 
 #include <QFile>
@@ -21,29 +22,6 @@ QString findRelinkFile(const QString &root)
         return path;
     const QString twin = releaseTwin(path);
     return fileExists(twin) ? twin : QString();
-}
-
-bool isSetting(const QString &line, const char *key)
-{
-    return line.startsWith(QLatin1String(key), Qt::CaseInsensitive)
-           && line.contains(QLatin1Char('='));
-}
-
-QString valueOf(const QString &line)
-{
-    return line.mid(line.indexOf(QLatin1Char('=')) + 1).trimmed();
-}
-
-void applyLine(InstallPaths &paths, const QString &line)
-{
-    if (isSetting(line, "Root")) {
-        FixedWideString250 &root = paths.entries[installRoot];
-        root.assignQString(valueOf(line));
-        if (!root.isEmpty() && !root.endsWithBackslash())
-            root.appendUnits(u"\\", 1);
-    } else if (isSetting(line, "ExeRoot")) {
-        paths.entries[executablesRoot].assignQString(valueOf(line));
-    }
 }
 
 } // namespace
@@ -71,7 +49,7 @@ Relink readRelinkFile(InstallPaths &paths, QString &rootLog)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return Relink::unreadable;
-    applyLine(paths, QString::fromLatin1(file.readLine().constData()).trimmed());
+    applyRelinkLine(paths, QString::fromLatin1(file.readLine().constData()).trimmed());
 
     const QString root = paths.entries[installRoot].toQString();
     if (!root.isEmpty())

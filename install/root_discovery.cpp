@@ -2,7 +2,7 @@
 
 #include "install/app_path.h"
 #include "install/install_root.h"
-#include "text/entities.h"
+#include "install/root_flags.h"
 #include "text/path.h"
 
 namespace {
@@ -14,16 +14,6 @@ const char *const acceptedByFlag = ": VALID!]";
 const char *const rejected = ": invalid]";
 
 QString argument(char **argv, int index) { return QString::fromLatin1(argv[index]); }
-
-bool isFlag(const QString &text, const char *flag)
-{
-    return text.startsWith(QLatin1String(flag), Qt::CaseInsensitive);
-}
-
-bool endsWithSeparator(const QString &folder)
-{
-    return folder.endsWith(separator) || folder.endsWith(QLatin1Char('/'));
-}
 
 QString twoFoldersUp(const QString &folder)
 {
@@ -57,8 +47,8 @@ QString rootFromEnvironment(const char *variable, QString &rootLog)
 {
     QString candidate = getEnv(QString::fromLatin1(variable));
     candidate.remove(QLatin1Char('\r'));
-    if (!candidate.isEmpty() && !endsWithSeparator(candidate))
-        candidate += separator;
+    if (!candidate.isEmpty())
+        candidate = closedFolder(candidate);
     rootLog += QLatin1String("\n[") + QLatin1String(variable) + QLatin1String(": ") + candidate;
     judge(candidate, rootLog, accepted);
     return candidate;
@@ -100,46 +90,7 @@ void leaveVersionFolder(InstallPaths &paths)
         root.assignQString(parent);
 }
 
-void setStatusFolder(InstallPaths &paths, const QString &value)
-{
-    FixedWideString250 &status = paths.entries[statusFolder];
-    status.assignQString(value);
-    // A quoted value that ends in a backslash arrives with the closing quote behind it.
-    if (!status.isEmpty() && status.value[status.length - 1] == u'"')
-        status.setLength(static_cast<qint16>(status.length - 1));
-    if (!status.endsWithBackslash())
-        status.appendUnits(u"\\", 1);
-    if (!status.startsWithParentReference())
-        return;
-    FixedWideString250 absolute = paths.entries[installRoot];
-    absolute.appendUnits(status.value, status.length);
-    FixedWideString path = fixedText<FixedWideString>(absolute.toQString());
-    status.assignQString(normalizePathFixed(path).toQString());
-}
-
-void readStatusFlags(InstallPaths &paths, int argc, char **argv)
-{
-    paths.entries[statusFolder].clear();
-    for (int i = 1; i + 1 < argc; ++i)
-        if (isFlag(argument(argv, i), "-loadstatus"))
-            setStatusFolder(paths, decodeEntities(argument(argv, i + 1)));
-}
-
 } // namespace
-
-QStringList rootFlagValues(int argc, char **argv)
-{
-    QStringList values;
-    for (int i = 1; i + 1 < argc; ++i) {
-        if (!isFlag(decodeEntities(argument(argv, i)), "-kxRoot"))
-            continue;
-        QString value = decodeEntities(argument(argv, i + 1));
-        if (!endsWithSeparator(value))
-            value += separator;
-        values.append(value);
-    }
-    return values;
-}
 
 bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLog,
                      bool &startedOutsideRoot, bool cfgGlobalFromExeRoot,

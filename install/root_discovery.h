@@ -4,13 +4,6 @@
 
 #include "install/install_paths.h"
 
-#include <QStringList>
-
-/// The values of every "-kxRoot" flag, in order: decoded, and closed with a backslash unless they
-/// end in a backslash or slash. Whatever begins with the flag, in any case, counts, and so does
-/// whatever follows it.
-QStringList rootFlagValues(int argc, char **argv);
-
 /// Finds the installation root and fills the whole layout. Tried in this order: the -kxRoot flag,
 /// KX_ROOT_INSTALLER, the running program's folder (two folders up), the path in argv[0], KX_ROOT.
 /// The root's relink file may then move it; -loadstatus gives the status folder.

@@ -5,6 +5,8 @@
 #include "support/files.h"
 #include "support/text_printing.h"
 
+#include <QStringList>
+
 #include <gmock/gmock.h>
 
 #include <cstdlib>

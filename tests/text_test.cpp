@@ -14,7 +14,7 @@ struct FixedStringVariant : testing::Test
 };
 using Variants = testing::Types<FixedWideString, FixedWideString250, FixedNarrowString100,
                                 FixedNarrowString250, FixedNarrowString500>;
-TYPED_TEST_SUITE(FixedStringVariant, Variants);
+TYPED_TEST_SUITE(FixedStringVariant, Variants, ); // without the comma it is an extension
 
 TYPED_TEST(FixedStringVariant, CutsAtItsCapacityAndLeavesStaleUnits)
 {

@@ -190,6 +190,12 @@ FixedWideString parentFolderFixed(FixedWideString &path)
     return path;
 }
 
+QString closedFolder(const QString &path)
+{
+    return endsWithUnit(path, backslash) || endsWithUnit(path, slash) ? path
+                                                                      : path + QChar(backslash);
+}
+
 QString toBackslashPath(const QString &path)
 {
     QString result = path;

@@ -40,6 +40,9 @@ QString parentFolder(QString path, QChar separator);
 /// The same with the backslash as separator. Changes `path` and returns a copy.
 FixedWideString parentFolderFixed(FixedWideString &path);
 
+/// The path with a closing backslash, unless it ends in a backslash or slash.
+QString closedFolder(const QString &path);
+
 /// A copy with every slash turned into a backslash.
 QString toBackslashPath(const QString &path);
 

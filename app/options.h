@@ -1,4 +1,4 @@
-// The command line: banner, usage and options.
+// The options of the command line.
 #pragma once
 
 #include <QString>
@@ -11,9 +11,7 @@ struct Options
     QString directory; // empty when no argument names one
 };
 
-void printBanner();
-void printUsage();
-
 /// Reads the arguments from argv[1] on, as Latin-1. An argument that is no option is the directory;
-/// the last one wins. False, after an error message, when the value of -do is not a number.
-bool readOptions(int argc, char **argv, Options &options);
+/// the last one wins. Returns null, or the value of -do that is not a number; what stands behind it
+/// is not read.
+const char *readOptions(int argc, char **argv, Options &options);

@@ -1,16 +1,7 @@
-#include "app/command_line.h"
+#include "app/banner.h"
 
 #include "app/version.h"
 #include "sweep/console.h"
-
-namespace {
-
-bool isOption(const QString &argument, const char *option)
-{
-    return argument.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
-}
-
-} // namespace
 
 void printBanner()
 {
@@ -53,26 +44,4 @@ void printUsage()
     print("       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n");
     print("\n");
     print("\n");
-}
-
-bool readOptions(int argc, char **argv, Options &options)
-{
-    for (int i = 1; i < argc; ++i) {
-        const QString argument = QString::fromLatin1(argv[i]);
-        // As the last argument, with no value behind it, -do is a directory like any other.
-        if (isOption(argument, "-do") && i + 1 < argc) {
-            ++i;
-            bool isNumber = false;
-            options.daysOld = QString::fromLatin1(argv[i]).toInt(&isNumber, 10);
-            if (!isNumber) {
-                print("Error: Unable to convert %s into a number!\n", argv[i]);
-                return false;
-            }
-        } else if (isOption(argument, "-v")) {
-            options.verbose = true;
-        } else {
-            options.directory = argument;
-        }
-    }
-    return true;
 }

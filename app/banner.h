@@ -1,0 +1,5 @@
+// What the program says of itself.
+#pragma once
+
+void printBanner();
+void printUsage();

@@ -1,0 +1,30 @@
+#include "app/options.h"
+
+namespace {
+
+bool isOption(const QString &argument, const char *option)
+{
+    return argument.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+const char *readOptions(int argc, char **argv, Options &options)
+{
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLatin1(argv[i]);
+        // As the last argument, with no value behind it, -do is a directory like any other.
+        if (isOption(argument, "-do") && i + 1 < argc) {
+            ++i;
+            bool isNumber = false;
+            options.daysOld = QString::fromLatin1(argv[i]).toInt(&isNumber, 10);
+            if (!isNumber)
+                return argv[i];
+        } else if (isOption(argument, "-v")) {
+            options.verbose = true;
+        } else {
+            options.directory = argument;
+        }
+    }
+    return nullptr;
+}
