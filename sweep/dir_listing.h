@@ -10,6 +10,7 @@
 #include "sweep/windows_api.h"
 
 #include <QList>
+#include <QVector>
 #include <QString>
 
 struct DirListing;
@@ -93,6 +94,6 @@ struct DirListing
     QList<QString> names; // the four lists are parallel
     QList<TimeStamp> times;
     QList<qint64> sizes;
-    QList<bool> folderFlags;
+    QVector<bool> folderFlags; // one byte each; a QList takes eight
     DirListingHandle *owner = nullptr;
 };

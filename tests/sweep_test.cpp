@@ -290,4 +290,64 @@ TEST(SweepFolder, DoesWithoutWhatIsOptional)
     EXPECT_TRUE(sweep(true, false, nullptr)); // it is gone
 }
 
+DWORD openHandles()
+{
+    DWORD count = 0;
+    EXPECT_TRUE(GetProcessHandleCount(GetCurrentProcess(), &count));
+    return count;
+}
+
+DWORD WINAPI sweepDeepTree(void *deletedCount)
+{
+    return sweepFolder(q("X:\\scratch"), true, true, 1, nullptr, nullptr,
+                       static_cast<qint32 *>(deletedCount), nullptr, nullptr, false, nullptr);
+}
+
+// A quarter of what the program's thread has. The last folder is one whose entries are not seen.
+TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
+{
+    const ScratchFolder scratch;
+    std::wstring folder = L"X:\\scratch";
+    while (folder.size() < 494)
+        folder += L"\\d";
+    makeFile(folder + L"\\o", old);
+    fs::create_directory(folder + L"\\e");
+    const DWORD handles = openHandles();
+    qint32 deletedCount = 0;
+    const HANDLE thread = CreateThread(nullptr, 512 * 1024, sweepDeepTree, &deletedCount,
+                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60000));
+    DWORD isEmpty = 0;
+    GetExitCodeThread(thread, &isEmpty);
+    CloseHandle(thread);
+    EXPECT_TRUE(isEmpty);
+    EXPECT_EQ(1, deletedCount);
+    EXPECT_FALSE(fs::exists(L"X:\\scratch"));
+    EXPECT_EQ(handles, openHandles());
+}
+
+TEST(SweepFolder, LeavesNothingOpen)
+{
+    const ScratchFolder scratch;
+    for (const wchar_t *file : { L"a\\held", L"a\\old", L"b\\c\\old" })
+        makeFile(scratch.path / file, old);
+    makeFile(scratch.path / L"b\\young", young);
+    const DWORD handles = openHandles();
+    const HANDLE held =
+        CreateFileW(L"X:\\scratch\\a\\held", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    QString errors;
+    EXPECT_FALSE(sweepFolder(q("X:\\scratch"), false, true, 1440 * 14, nullptr, &errors, nullptr,
+                             nullptr, nullptr, false, nullptr));
+    EXPECT_NE(QString(), errors);
+    CloseHandle(held);
+    EXPECT_EQ(handles, openHandles());
+    EXPECT_EQ((Tree{ L"a", L"a\\held", L"b", L"b\\young" }), treeOf(scratch.path));
+    for (const wchar_t *left : { L".", L"a", L"a\\held", L"b", L"b\\young" }) {
+        const HANDLE alone = CreateFileW((scratch.path / left).c_str(), GENERIC_READ, 0, nullptr,
+                                         OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        EXPECT_NE(INVALID_HANDLE_VALUE, alone) << testing::PrintToString(std::wstring(left));
+        CloseHandle(alone);
+    }
+}
+
 } // namespace

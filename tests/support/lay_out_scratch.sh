@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Lays out what the tests find on the scratch drive: the test programs; the program inside an
-# installation, outside, and where its name takes 258 bytes; and a link to a folder, which Wine itself
-# cannot make.
+# installation, outside, and where its name takes 258 bytes; and links, which Wine itself cannot make:
+# to folders, and to a disk that is full.
 #
 # usage: lay_out_scratch.sh PROGRAM TEST-PROGRAMS SCRATCH
 set -euo pipefail
 
-rm -rf "$3/suite" "$3/links" "$3/scratch" "$3/apps" "$3/bin"
-mkdir -p "$3/suite/bin/win64" "$3/suite/sub/cfg_global" "$3/links/tree" "$3/links/target"
+rm -rf "$3/suite" "$3/links" "$3/faults" "$3/scratch" "$3/apps" "$3/bin"
+mkdir -p "$3/suite/bin/win64" "$3/suite/sub/cfg_global" "$3/links/tree" "$3/links/target" \
+  "$3/links/cycle/sub" "$3/faults/swept/tree" "$3/faults/behind"
 cp -R "$2/." "$3"
 cp "$1" "$3/suite/bin/win64/"
 cp "$1" "$3/apps/bin/win64/lost.exe"
@@ -15,3 +16,6 @@ deep=$3/apps/$(printf 'd%.0s' {1..200})/$(printf 'e%.0s' {1..43})
 mkdir -p "$deep"
 cp "$1" "$deep/l.exe"
 ln -s ../target "$3/links/tree/link"
+ln -s .. "$3/links/cycle/sub/up"
+ln -s ../../behind "$3/faults/swept/tree/link"
+ln -sf /dev/full "$3/full disk"

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
 #include <algorithm>
 #include <regex>
 
@@ -23,24 +21,31 @@ std::string readAll(HANDLE pipe)
 
 } // namespace
 
-ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program)
+RunningProgram startProgram(const std::wstring &arguments, const std::wstring &program,
+                            HANDLE standardOutput)
 {
     for (const wchar_t *variable :
          { L"KX_ROOT", L"KX_ROOT_INSTALLER", L"ProgramFiles", L"ProgramW6432", L"SystemDrive" })
         SetEnvironmentVariableW(variable, nullptr);
-    SECURITY_ATTRIBUTES inherited = { sizeof inherited, nullptr, TRUE };
-    HANDLE readEnd = nullptr;
+    RunningProgram running = {};
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    CreatePipe(&readEnd, &startup.hStdOutput, &inherited, 0);
-    PROCESS_INFORMATION process = {};
+    startup.hStdOutput = standardOutput;
+    if (standardOutput == nullptr)
+        CreatePipe(&running.output, &startup.hStdOutput, nullptr, 0);
+    SetHandleInformation(startup.hStdOutput, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
     std::wstring commandLine = program + L" " + arguments;
     EXPECT_TRUE(CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0,
-                               nullptr, nullptr, &startup, &process));
+                               nullptr, nullptr, &startup, &running.process));
     CloseHandle(startup.hStdOutput);
-    const std::string bytes = readAll(readEnd);
-    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.hProcess, longestRun));
+    return running;
+}
+
+ProgramRun waitFor(const RunningProgram &running)
+{
+    const std::string bytes = readAll(running.output);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(running.process.hProcess, longestRun));
     ProgramRun run = { 0, std::regex_replace(bytes, std::regex("\r\n"), "\n") };
     EXPECT_EQ(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')),
               bytes.size() - run.output.size())
@@ -48,8 +53,14 @@ ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program
     run.output = std::regex_replace(
         run.output,
         std::regex("(  Done. Free drive space in .* is )(?!1000 )[0-9][0-9 ]*( MiB\n\n)"), "$1#$2");
-    GetExitCodeProcess(process.hProcess, &run.exitCode);
-    for (const HANDLE handle : { process.hThread, process.hProcess, readEnd })
+    GetExitCodeProcess(running.process.hProcess, &run.exitCode);
+    for (const HANDLE handle :
+         { running.process.hThread, running.process.hProcess, running.output })
         CloseHandle(handle);
     return run;
+}
+
+ProgramRun runProgram(const std::wstring &arguments, const std::wstring &program)
+{
+    return waitFor(startProgram(arguments, program));
 }
