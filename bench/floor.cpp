@@ -50,7 +50,7 @@ struct Path
 
 struct Entry
 {
-    long long time; // seconds since 1970
+    long long time;   // seconds since 1970
     std::size_t name; // where it begins in the names
     bool isFolder;
 };
@@ -70,7 +70,7 @@ void add(Listing &listing, const WIN32_FIND_DATAW &found)
         return;
     const unsigned long long high = found.ftLastWriteTime.dwHighDateTime;
     const unsigned long long ticks = high << 32 | found.ftLastWriteTime.dwLowDateTime;
-    const long long time = static_cast<long long>((ticks - ticksUntil1970) / ticksPerSecond);
+    const auto time = static_cast<long long>((ticks - ticksUntil1970) / ticksPerSecond);
     listing.entries.push_back({ time, listing.names.size(), isFolder });
     listing.names.insert(listing.names.end(), name, name + std::wcslen(name) + 1);
 }
@@ -78,8 +78,9 @@ void add(Listing &listing, const WIN32_FIND_DATAW &found)
 void read(Listing &listing, const wchar_t *pattern)
 {
     WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileExW(pattern, FindExInfoStandard, &found,
-                                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    const HANDLE search =
+        FindFirstFileExW(pattern, FindExInfoStandard, &found, FindExSearchNameMatch, nullptr,
+                         FIND_FIRST_EX_LARGE_FETCH);
     if (search == INVALID_HANDLE_VALUE)
         return;
     do {

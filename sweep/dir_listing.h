@@ -10,8 +10,8 @@
 #include "sweep/windows_api.h"
 
 #include <QList>
-#include <QVector>
 #include <QString>
+#include <QVector>
 
 struct DirListing;
 
