@@ -6,7 +6,7 @@
 #include "sweep/file_ops.h"
 #include "sweep/sweep.h"
 
-TimeStamp progressStamp = 0;
+TimeStamp progressStamp = 0; // NOLINT: see the header
 
 bool runFolder(const QString &folder, const qint32 &daysOld, const bool &verbose)
 {

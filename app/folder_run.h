@@ -6,7 +6,7 @@
 #include <QString>
 
 /// When the last progress line of this process was printed; carried on from folder to folder.
-extern TimeStamp progressStamp;
+extern TimeStamp progressStamp; // NOLINT: one for all folders of a run, by design
 
 /// Deletes the files below `folder` that are older than `daysOld` days and prints the report:
 /// start, count and KiB, errors, with `verbose` every decision, free drive space.

@@ -17,7 +17,7 @@ QString formatGroupedNumber(qint64 number)
 {
     const QString sign = number < 0 ? QString(QLatin1Char('-')) : QString();
     // Negated without sign, so that the smallest number has a magnitude too.
-    quint64 rest = static_cast<quint64>(number);
+    auto rest = static_cast<quint64>(number);
     if (number < 0)
         rest = 0 - rest;
     QString tail;

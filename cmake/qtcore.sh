@@ -66,7 +66,9 @@ fetch_sources() {
 }
 
 build() {
-  export MAKEFLAGS=-j$(nproc)
+  local jobs
+  jobs=$(nproc)
+  export MAKEFLAGS=-j$jobs
   mkdir "$work/build"
   cd "$work/build"
   ../source/configure -device-option "CROSS_COMPILE=$toolchain/bin/ucrt64-" "${flags[@]}" \

@@ -34,10 +34,10 @@ FixedNarrowString250 currentFolder()
 struct EnvironmentValue
 {
     explicit EnvironmentValue(const QString &name)
+        : isSet(_wdupenv_s(&text, &units, platformText(name)) == 0 && text != nullptr && units > 0)
     {
-        isSet = _wdupenv_s(&text, &units, platformText(name)) == 0 && text != nullptr && units > 0;
     }
-    ~EnvironmentValue() { std::free(text); }
+    ~EnvironmentValue() { std::free(text); } // NOLINT: the library allocated it so
     EnvironmentValue(const EnvironmentValue &) = delete;
     EnvironmentValue &operator=(const EnvironmentValue &) = delete;
 
@@ -45,7 +45,7 @@ struct EnvironmentValue
 
     wchar_t *text = nullptr;
     std::size_t units = 0; // the terminator included
-    bool isSet = false;
+    bool isSet;            // the last: initialised with what is filled above
 };
 
 } // namespace

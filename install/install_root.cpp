@@ -17,7 +17,7 @@ QString releaseTwin(QString path)
 /// The relink file of a root, or of its release twin; empty when there is neither.
 QString findRelinkFile(const QString &root)
 {
-    const QString path = root + QLatin1String(relinkFile);
+    QString path = root + QLatin1String(relinkFile);
     if (fileExists(path))
         return path;
     const QString twin = releaseTwin(path);

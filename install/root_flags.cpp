@@ -25,7 +25,7 @@ void setStatusFolder(InstallPaths &paths, const QString &value)
         return;
     FixedWideString250 absolute = paths.entries[installRoot];
     absolute.appendUnits(status.value, status.length);
-    FixedWideString path = fixedText<FixedWideString>(absolute.toQString());
+    auto path = fixedText<FixedWideString>(absolute.toQString());
     status.assignQString(normalizePathFixed(path).toQString());
 }
 

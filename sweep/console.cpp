@@ -1,7 +1,7 @@
 // Before any other header: the C++ library's own headers would otherwise switch <stdio.h> over to
 // the compiler's replacement of the run-time library's formatted print.
-#define __USE_MINGW_ANSI_STDIO 0
-#include <stdio.h>
+#define __USE_MINGW_ANSI_STDIO 0 // NOLINT: the name is theirs
+#include <stdio.h>               // NOLINT: <cstdio> would read it too late
 
 #include "sweep/console.h"
 
@@ -11,7 +11,8 @@
 
 namespace {
 
-void ignoreInvalidParameter(const wchar_t *, const wchar_t *, const wchar_t *, unsigned, uintptr_t)
+void ignoreInvalidParameter(const wchar_t * /*expression*/, const wchar_t * /*function*/,
+                            const wchar_t * /*file*/, unsigned /*line*/, uintptr_t /*reserved*/)
 {
 }
 
@@ -29,11 +30,11 @@ struct QuietInvalidParameters
 
 } // namespace
 
-void print(const char *format, ...)
+void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like the library's own
 {
-    va_list arguments;
+    va_list arguments; // NOLINT(cppcoreguidelines-init-variables): the next line does it
     va_start(arguments, format);
-    vprintf(format, arguments);
+    vprintf(format, arguments); // NOLINT(clang-analyzer-valist.Uninitialized): it is
     va_end(arguments);
 }
 

@@ -3,6 +3,7 @@
 #include "sweep/file_ops.h"
 #include "text/path.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <utility>
 
@@ -101,10 +102,7 @@ qint64 foundSize(const DirListing &listing)
 template <typename Test>
 bool anyMatches(const QList<QString> &filters, Test test)
 {
-    for (const QString &filter : filters)
-        if (test(filter))
-            return true;
-    return false;
+    return std::any_of(filters.begin(), filters.end(), test);
 }
 
 bool hasFilters(const DirListing &listing)
@@ -232,7 +230,7 @@ void readSinglePathStatus(DirListing &listing)
     listing.statSize = 0;
     listing.statIsFolder = false;
     const QString &path = listing.names.at(listing.index);
-    const FixedWideString250 cutPath = fixedText<FixedWideString250>(path);
+    const auto cutPath = fixedText<FixedWideString250>(path);
     const DWORD attributes = GetFileAttributesW(platformText(cutPath));
     if (attributes == INVALID_FILE_ATTRIBUTES)
         return;

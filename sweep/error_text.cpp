@@ -111,7 +111,7 @@ bool findStatusMessage(quint32 code, FixedNarrowString500 &text)
 
 FixedWideString textWithoutSystemMessage(quint32 code)
 {
-    const FixedWideString result = fixedText<FixedWideString>(exceptionCodeText(code).value);
+    const auto result = fixedText<FixedWideString>(exceptionCodeText(code).value);
     if (!result.isEmpty())
         return result;
     return fixedText<FixedWideString>(numbered("Error ", code, "."));

@@ -27,7 +27,7 @@ bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now
     else
         currentTime(current);
     // Summed without sign, so that it wraps.
-    const TimeStamp end =
+    const auto end =
         static_cast<TimeStamp>(static_cast<quint64>(stamp) + static_cast<quint64>(span));
     if (current <= end)
         return false;

@@ -47,8 +47,9 @@ void append(QString *text, const Pieces &...pieces)
         (text->append(pieces), ...);
 }
 
-/// Makes room in the log for a line on each entry of a folder whose lines more than double it: grown
-/// line by line, the log of a huge folder would be copied, and be in memory twice, as it doubles.
+/// Makes room in the log for a line on each entry of a folder whose lines more than double it:
+/// grown line by line, the log of a huge folder would be copied, and be in memory twice, as it
+/// doubles.
 void reserveLog(const Sweep &sweep, const DirListing &listing)
 {
     if (decisionLog(sweep) == nullptr)

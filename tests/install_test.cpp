@@ -29,7 +29,7 @@ void writeFile(const QString &path, const QByteArray &content)
 /// Makes a folder of the scratch folder a root.
 QString makeRoot(const QString &name)
 {
-    const QString root = q("X:\\scratch\\") + name + q("\\");
+    QString root = q("X:\\scratch\\") + name + q("\\");
     fs::create_directories((root + q("sub\\cfg_global")).toStdWString());
     return root;
 }
@@ -48,6 +48,8 @@ struct Surroundings
             fs::create_directories(L"X:\\apps\\sub\\cfg_global");
     }
     ~Surroundings() { fs::remove_all(L"X:\\apps\\sub"); }
+    Surroundings(const Surroundings &) = delete;
+    Surroundings &operator=(const Surroundings &) = delete;
 
     ScratchFolder scratch;
 };
@@ -173,7 +175,6 @@ TEST(RootDiscovery, TakesFlagAndVariableAsTheyCome)
 
 TEST(RootDiscovery, FollowsTheRelinkFile)
 {
-    const QString invalid = q(": invalid]");
     // Content, what it adds to the log, root, root of the executables if that is another.
     const QString rows[][4] = {
         { q("  root = Y:\\d  \r\nExeRoot=Y:\\b"), q("\n[Relink Y:\\d\\: invalid]"), q("Y:\\d\\") },
@@ -282,7 +283,7 @@ TEST(InstallLayout, DerivesAllFolders)
         const Surroundings surroundings;
         const QString root = q(row.arguments).section(QLatin1Char('|'), 0, 0);
         fs::create_directories((root + q("\\sub\\cfg_global")).toStdWString());
-        if (row.relink)
+        if (row.relink != nullptr)
             writeFile(root + q("\\sub\\cfg_global\\relink_win.cfg"), row.relink);
         const Found found(q("tool|-kxRoot|") + q(row.arguments), row.override, row.globalConfig,
                           row.renderApps, row.win64Binaries);

@@ -183,7 +183,7 @@ TEST(Path, NormalizesSeparatorsAndLeadingParents)
     for (const auto &row : rows) {
         EXPECT_EQ(q(row[1]), normalizePath(q(row[0]))) << row[0];
         FixedWideString fixed = wide(q(row[0]));
-        const QString expected = q(row[2] ? row[2] : row[1]);
+        const QString expected = q(row[2] != nullptr ? row[2] : row[1]);
         EXPECT_EQ(expected, normalizePathFixed(fixed).toQString()) << row[0];
         EXPECT_EQ(expected, fixed.toQString());
     }

@@ -37,10 +37,8 @@ struct FixedString
     static constexpr qint32 capacity = Capacity;
     static constexpr bool isWide = sizeof(Unit) == 2;
 
-    quint16 length;
-    Unit value[static_cast<std::size_t>(Capacity) + 1];
-
-    FixedString() { clear(); }
+    quint16 length = 0;
+    Unit value[static_cast<std::size_t>(Capacity) + 1] = {};
 
     /// Empties the string and sets all of its units to 0.
     void clear();
@@ -313,14 +311,14 @@ bool FixedString<Unit, Capacity>::endsWithNoCase(const FixedString &suffix) cons
 template <typename Unit, qint32 Capacity>
 bool FixedString<Unit, Capacity>::startsWithParentReference() const
 {
-    FixedString reference = fixedText<FixedString>("..");
+    auto reference = fixedText<FixedString>("..");
     return startsWithNoCase(reference);
 }
 
 template <typename Unit, qint32 Capacity>
 bool FixedString<Unit, Capacity>::isUncPath() const
 {
-    FixedString separators = fixedText<FixedString>("\\\\");
+    auto separators = fixedText<FixedString>("\\\\");
     return startsWithNoCase(separators);
 }
 

@@ -216,7 +216,7 @@ TEST(Fault, TwoSweepsOfOneTreeAtOnce)
 /// Makes, deletes, renames and replaces files and folders until it is told to stop.
 void race(const std::atomic<bool> &stop)
 {
-    std::minstd_rand random(1);
+    std::minstd_rand random(1); // NOLINT: the same each time
     std::error_code ignored;
     while (!stop) {
         const fs::path folder = swept / numbered(L"f", static_cast<int>(random() % 8));
@@ -253,7 +253,7 @@ TEST(Fault, TreeThatChangesWhileItIsSwept)
         left.insert(numbered(L"f", number) + L"\\untouched");
     for (const fs::path &file : left)
         makeFile(swept / file, young);
-    const char *seconds = std::getenv("KX_RACE_SECONDS");
+    const char *seconds = std::getenv("KX_RACE_SECONDS"); // NOLINT: one thread yet
     const auto end =
         Clock::now() + std::chrono::seconds(seconds != nullptr ? std::atoi(seconds) : 2);
     std::atomic<bool> stop = false;

@@ -46,7 +46,8 @@ int indexOf(const Text &text, const Text &searched, int from)
 {
     if (searched.empty())
         return -1;
-    const std::size_t found = upper(text).find(upper(searched), static_cast<std::size_t>(std::max(from, 0)));
+    const std::size_t found =
+        upper(text).find(upper(searched), static_cast<std::size_t>(std::max(from, 0)));
     return found == Text::npos ? -1 : static_cast<int>(found);
 }
 
@@ -90,7 +91,8 @@ void edit(FuzzedDataProvider &data, Pair<Fixed> &pair)
         fixed.assignNarrow(bytes.c_str());
         reference.clear();
         for (const char *byte = bytes.c_str(); *byte != '\0'; ++byte)
-            reference += static_cast<typename Plain<Fixed>::value_type>(static_cast<signed char>(*byte));
+            reference +=
+                static_cast<typename Plain<Fixed>::value_type>(static_cast<signed char>(*byte));
         break;
     }
     case 2:
@@ -158,9 +160,9 @@ void ask(FuzzedDataProvider &data, const Pair<Fixed> &pair)
     require(fixed.startsWithNoCase(prefix)
             == (fits && upper(reference.substr(0, common)) == upper(other.reference)));
     require(plain(prefix) == (fits ? upper(other.reference) : other.reference));
-    require(fixed.endsWithNoCase(other.fixed)
-            == (fits
-                && upper(reference.substr(reference.size() - common)) == upper(other.reference)));
+    require(
+        fixed.endsWithNoCase(other.fixed)
+        == (fits && upper(reference.substr(reference.size() - common)) == upper(other.reference)));
     require(signOf(fixed.compareNoCase(other.fixed)) == compare(reference, other.reference));
     require(fixed.equalsNoCase(other.fixed) == (upper(reference) == upper(other.reference)));
     require(fixed.indexOfNoCase(other.fixed, from) == indexOf(reference, other.reference, from));

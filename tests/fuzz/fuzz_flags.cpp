@@ -67,8 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t si
 int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
 {
     FuzzedDataProvider data(bytes, size);
-    static const char *const starts[] = { "",     "-do", "-v",     "-DO",  "-kxRoot", "-kxroot=x",
-                                          "-loadstatus", "&#45;", "..\\", "Root=",   "ExeRoot = " };
+    static const char *const starts[] = { "",        "-do",       "-v",          "-DO",
+                                          "-kxRoot", "-kxroot=x", "-loadstatus", "&#45;",
+                                          "..\\",    "Root=",     "ExeRoot = " };
     relink(QLatin1String(data.PickValueInArray(starts)) + takeText(data, 300));
     std::vector<std::string> arguments(1, "kxDeleteOldFiles");
     while (data.remaining_bytes() > 0 && arguments.size() < 12) {

@@ -9,8 +9,9 @@ namespace {
 
 void decode(FuzzedDataProvider &data)
 {
-    static const char *const pieces[] = { "&",    "lt;",   "gt;",   "quot;", "apos;", "amp;", "#196;",
-                                          "#223", "#228;", "#246;", "#252;", ";",     "x",    "&amp;" };
+    static const char *const pieces[] = { "&",     "lt;",   "gt;",  "quot;", "apos;",
+                                          "amp;",  "#196;", "#223", "#228;", "#246;",
+                                          "#252;", ";",     "x",    "&amp;" };
     QString text;
     for (int count = data.ConsumeIntegralInRange(0, 40); count > 0; --count)
         text += QLatin1String(data.PickValueInArray(pieces));
@@ -51,7 +52,8 @@ void age(qint64 time, qint32 days, qint64 now, quint32 low, quint32 high)
     require(stamp == (now > end ? now : time));
     fileTimeToSeconds(stamp, low, high);
     const auto ticks = static_cast<qint64>(static_cast<quint64>(high) << 32 | low);
-    require(stamp == static_cast<qint64>(static_cast<__int128>(ticks) - 116444736000000000) / 10000000
+    require(stamp
+                == static_cast<qint64>(static_cast<__int128>(ticks) - 116444736000000000) / 10000000
             || ticks < 0);
 }
 
