@@ -5,12 +5,13 @@ target_compile_options(kx_options INTERFACE
   -Wundef -Wmissing-declarations -Wnull-dereference -Wzero-as-null-pointer-constant
   $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
   -Werror
-  -ffunction-sections -fdata-sections)
+  -ffunction-sections -fdata-sections
+  "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.") # the same program from any folder
 if(WIN32)
   target_compile_definitions(kx_options INTERFACE
     NOMINMAX UNICODE _UNICODE WIN32_LEAN_AND_MEAN
     _WIN32_WINNT=0x0601) # Windows 7, the first to know FIND_FIRST_EX_LARGE_FETCH
-  target_link_options(kx_options INTERFACE -static -Wl,--gc-sections)
+  target_link_options(kx_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
 endif()
 
 # One static library of a folder of the product. Its headers are included as "folder/header.h" and

@@ -34,7 +34,7 @@ void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like the library'
 {
     va_list arguments; // NOLINT(cppcoreguidelines-init-variables): the next line does it
     va_start(arguments, format);
-    vprintf(format, arguments); // NOLINT(clang-analyzer-valist.Uninitialized): it is
+    vprintf(format, arguments);
     va_end(arguments);
 }
 
@@ -45,6 +45,7 @@ void printAsFormat(const QByteArray &format)
     std::vector<quint64> slots(static_cast<std::size_t>(format.size()) + 1, 0);
     static_assert(sizeof(va_list) == sizeof(char *), "x86-64 Windows");
     const QuietInvalidParameters quiet;
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it points to the slots
     vprintf(format.constData(), reinterpret_cast<va_list>(slots.data()));
 }
 

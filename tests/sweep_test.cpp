@@ -299,11 +299,15 @@ DWORD openHandles()
 
 DWORD WINAPI sweepDeepTree(void *deletedCount)
 {
-    return sweepFolder(q("X:\\scratch"), true, true, 1, nullptr, nullptr,
-                       static_cast<qint32 *>(deletedCount), nullptr, nullptr, false, nullptr);
+    const bool isEmpty =
+        sweepFolder(q("X:\\scratch"), true, true, 1, nullptr, nullptr,
+                    static_cast<qint32 *>(deletedCount), nullptr, nullptr, false, nullptr);
+    return isEmpty ? 1 : 0;
 }
 
-// A quarter of what the program's thread has. The last folder is one whose entries are not seen.
+constexpr SIZE_T quarterOfTheStack = 524288; // bytes, of what the program's thread has
+
+// The last folder is one whose entries are not seen.
 TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
 {
     const ScratchFolder scratch;
@@ -314,7 +318,7 @@ TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
     fs::create_directory(folder + L"\\e");
     const DWORD handles = openHandles();
     qint32 deletedCount = 0;
-    const HANDLE thread = CreateThread(nullptr, 512 * 1024, sweepDeepTree, &deletedCount,
+    const HANDLE thread = CreateThread(nullptr, quarterOfTheStack, sweepDeepTree, &deletedCount,
                                        STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60000));
     DWORD isEmpty = 0;

@@ -24,6 +24,20 @@ std::string end(const std::string &folder)
     return "  Done. Free drive space in " + folder + " is # MiB\n\n";
 }
 
+TEST(Program, HasAVersionResource)
+{
+    const wchar_t *const resource = MAKEINTRESOURCEW(1);
+    const HMODULE program = LoadLibraryExW(installedProgram, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    const HRSRC found = FindResourceW(program, resource, MAKEINTRESOURCEW(16)); // RT_VERSION
+    ASSERT_NE(nullptr, found);
+    const std::wstring text(
+        static_cast<const wchar_t *>(LockResource(LoadResource(program, found))),
+        SizeofResource(program, found) / sizeof(wchar_t));
+    const std::wstring key(L"ProductVersion\0", 15);
+    EXPECT_EQ(L"8.4.02", text.substr(text.find(key) + key.size(), 6));
+    FreeLibrary(program);
+}
+
 TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
 {
     const std::string usage =

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Makes the package: dist/kxDeleteOldFiles-VERSION-win64.zip, the same bytes from the same sources.
+#
+# usage: package.sh BUILD PROGRAM TOOLCHAIN QTCORE DIST
+#
+# BUILD is the build folder that the program was linked in.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+build=$1 program=$2 toolchain=$3 qtcore=$4 dist=$5
+
+version=$(sed -n 's/^#define KX_VERSION "\(.*\)".*/\1/p' app/version.h)
+name=kxDeleteOldFiles-$version-win64
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+stage=$work/$name
+
+# dos FILE...: the text as Windows programs expect it.
+dos() {
+  sed 's/$/\r/' "$@"
+}
+
+mkdir -p "$stage/licences" "$stage/relink"
+"$toolchain/bin/ucrt64-strip" -p -o "$stage/kxDeleteOldFiles.exe" "$program"
+dos docs/manual.md >"$stage/manual.txt"
+dos cmake/notices.txt >"$stage/licences/notices.txt"
+dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
+dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
+dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"
+dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-copyright.txt"
+
+# What a recipient needs to link the program with another QtCore, and that it does give the program.
+cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$stage/relink"
+cp "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_text}.a \
+  cmake/{toolchain,qtcore,relink}.sh "$stage/relink"
+"$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
+cmp "$work/relinked.exe" "$program"
+
+cd "$work"
+(cd "$name" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs sha256sum >"$work/sums" &&
+  mv "$work/sums" SHA256SUMS)
+find "$name" -exec touch -d '2000-01-01 UTC' {} +
+find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -q -X -@ "$name.zip"
+cd - >/dev/null
+mkdir -p "$dist"
+cp "$work/$name.zip" "$dist/"
+(cd "$dist" && sha256sum "$name.zip" >"$name.zip.sha256")
