@@ -6,9 +6,11 @@ Called by ./dev bench, in the environment of the sealed Wine prefix.
 import argparse
 import os
 import platform
+import shlex
 import shutil
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
 from math import log
@@ -34,6 +36,7 @@ COMMANDS = {
 COMPARED = ("tool", "floor", "floor, no reset", "rival")
 FILES = {"none": 50_000, "half": 5_000, "all": 5_000}
 GROWTH_FILES = (1_000, 10_000, 100_000)
+GROWTH_ROUNDS = {"flat": 3, "wide": 3, "deep": 1, "mixed": 1}
 MEMORY_FILES = 100_000
 CALLS_FILES = 2_000
 START_ROUNDS = 21
@@ -108,25 +111,25 @@ def time_section(bench):
     for shape in trees.SHAPES:
         for share, count in FILES.items():
             costs = bench.in_turn(COMPARED, trees.generate(shape, count, share))
-            cpu = [f"{median_ratio(costs[name], costs['floor'], 'cpu'):.2f}"
-                   for name in ("tool", "rival", "floor, no reset")]
-            wall = f"{median_ratio(costs['tool'], costs['floor'], 'wall'):.2f}"
+            ratios = [f"{median_ratio(costs[name], costs[base], field):.2f}" for name, base, field in (
+                ("tool", "floor", "wall"), ("tool", "floor", "cpu"), ("rival", "floor", "cpu"),
+                ("floor, no reset", "floor", "cpu"), ("tool", "rival", "cpu"))]
             rate = f"{count / median_of(costs['tool'], 'wall'):,.0f}"
-            rows.append([shape, share, f"{count:,}", wall, *cpu, rate])
-            say(f"  {shape}, {share} old: {cpu[0]} of the floor, the rival {cpu[1]}")
-    return "Time as a multiple of the floor's:\n\n" + table(
+            rows.append([shape, share, f"{count:,}", *ratios, rate])
+            say(f"  {shape}, {share} old: {ratios[1]} of the floor, {ratios[4]} of the rival")
+    return "Time as a multiple of the floor's, the last ratio of the rival's:\n\n" + table(
         ["shape", "old", "files", "tool, wall", "tool, processor", "rival, processor",
-         "floor without reset, processor", "tool, files/s"], rows)
+         "floor without reset, processor", "tool to rival, processor", "tool, files/s"], rows)
 
 
 def growth_section(bench):
     rows = []
-    for shape in ("flat", "wide"):
+    for shape, rounds in GROWTH_ROUNDS.items():
         names = ("tool", "floor")
         start = bench.in_turn(names, bench.empty_tree)
         times = {name: [] for name in names}
         for count in GROWTH_FILES:
-            costs = bench.in_turn(names, trees.generate(shape, count, "half"), rounds=3)
+            costs = bench.in_turn(names, trees.generate(shape, count, "half"), rounds)
             for name in names:
                 spent = median_of(costs[name], "cpu") - median_of(start[name], "cpu")
                 times[name].append(spent)
@@ -143,14 +146,15 @@ def growth_section(bench):
 def memory_section(bench):
     empty = bench.peak("empty", bench.empty_tree)
     rows = []
-    for share in ("none", "all"):
-        tree = trees.generate("flat", MEMORY_FILES, share)
+    for shape in trees.SHAPES:
+        tree = trees.generate(shape, MEMORY_FILES, "none")
         for name in ("tool", "tool -v", "floor"):
             peak = bench.peak(name, tree) - empty
-            rows.append([share, name, f"{peak / 2**20:.1f} MiB", f"{peak / MEMORY_FILES:.0f}"])
-            say(f"  {share} old, {name}: {peak / MEMORY_FILES:.0f} bytes an entry")
-    return (f"Peak memory above the empty program's, flat, {MEMORY_FILES:,} files with names of "
-            "12 characters:\n\n" + table(["old", "program", "peak", "bytes an entry"], rows))
+            rows.append([shape, name, f"{peak / 2**20:.1f} MiB", f"{peak / MEMORY_FILES:.0f}"])
+            say(f"  {shape}, {name}: {peak / MEMORY_FILES:.0f} bytes a file")
+    return (f"Peak memory above the empty program's, {MEMORY_FILES:,} files with names of 12 "
+            "characters, none of them old:\n\n"
+            + table(["shape", "program", "peak", "bytes a file"], rows))
 
 
 def calls_section(bench):
@@ -207,11 +211,12 @@ def machine():
             f"{wine.stdout.strip()}")
 
 
-def write_report(command, sections):
+def write_report(command, rounds, sections):
     with open(REPORT, encoding="utf-8") as report:
         before, rest = report.read().split(BEGIN)
     after = rest.split(END)[1]
-    head = f"Measured with `{command}` on {machine()}, {time.strftime('%Y-%m-%d')}.\n\n"
+    head = (f"Measured with `{command}` in {rounds} rounds on {machine()}, "
+            f"{time.strftime('%Y-%m-%d')}.\n\n")
     with open(REPORT, "w", encoding="utf-8") as report:
         report.write(before + BEGIN + head + "".join(sections) + END + after)
 
@@ -249,8 +254,7 @@ def main():
             say(f"== {name}")
             sections.append(step())
         os.unlink(link)
-    command = "./dev bench" + (" --million" if options.million else "")
-    write_report(command, sections)
+    write_report(shlex.join(["./dev", "bench", *sys.argv[1:]]), options.rounds, sections)
     say(f"written: {os.path.relpath(REPORT, ROOT)}")
 
 

@@ -107,7 +107,7 @@ bool removeFile(const wchar_t *path, bool reset)
 
 bool removeFolder(const Path &path)
 {
-    wchar_t full[1024];
+    wchar_t full[1024]; // QDir::rmdir asks for it
     GetFullPathNameW(path.units + Path::prefixLength, 1024, full, nullptr);
     return RemoveDirectoryW(path.units) != 0;
 }
@@ -116,7 +116,7 @@ bool sweep(Path &path, long long maxAge, bool reset, bool removeIfEmpty)
 {
     if (!hasAttributes(path.text(longPathLength), true))
         return true;
-    hasAttributes(path.text(longPathLength), false);
+    hasAttributes(path.text(longPathLength), false); // the listing asks whether it got one file
     const std::size_t folderLength = path.length;
     Listing listing;
     path.set(folderLength, L"*");
@@ -150,5 +150,7 @@ int main(int argc, char **argv)
     if (!hasAttributes(path.text(longPathLength), true))
         return 1;
     sweep(path, std::atoi(argv[2]) * secondsPerDay, argc == 3, false);
+    ULARGE_INTEGER bytes;
+    GetDiskFreeSpaceExW(path.units + Path::prefixLength, &bytes, &bytes, &bytes);
     return 0;
 }

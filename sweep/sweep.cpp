@@ -9,7 +9,7 @@ namespace {
 
 constexpr qint64 secondsBetweenProgressLines = 5;
 constexpr qint64 bytesPerKiB = 1024;
-constexpr qint32 unitsOfLineAround = 12; // of a log line, around a name, mostly fewer
+constexpr qint32 unitsOfLineAround = 13; // of a log line, around a name; no suffixes
 
 /// What stays the same in every folder of one sweep.
 struct Sweep

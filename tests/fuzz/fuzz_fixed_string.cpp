@@ -30,7 +30,7 @@ std::string bytesOf(const Text &text)
                        text.size() * sizeof(typename Text::value_type));
 }
 
-int signOf(int number) { return (number > 0) - (number < 0); }
+int signOf(qint64 number) { return number < 0 ? -1 : static_cast<int>(number > 0); }
 
 template <typename Text>
 int compare(const Text &left, const Text &right)
@@ -38,7 +38,7 @@ int compare(const Text &left, const Text &right)
     const std::size_t common = std::min(left.size(), right.size());
     const int order =
         bytesOf(upper(left.substr(0, common))).compare(bytesOf(upper(right.substr(0, common))));
-    return order != 0 ? signOf(order) : (left.size() > right.size()) - (left.size() < right.size());
+    return signOf(order != 0 ? order : qint64(left.size()) - qint64(right.size()));
 }
 
 template <typename Text>

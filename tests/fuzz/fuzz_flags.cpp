@@ -20,6 +20,7 @@ void requireSound(const InstallPaths &paths)
 void scan(std::vector<std::string> &arguments)
 {
     std::vector<char *> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string &argument : arguments)
         argv.push_back(argument.data());
     const auto argc = static_cast<int>(argv.size());

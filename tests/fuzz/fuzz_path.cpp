@@ -22,7 +22,7 @@ void normalize(const QString &path)
 {
     QString converted = toBackslashPath(path);
     require(!converted.contains(QLatin1Char('/')) && converted.size() == path.size());
-    FixedWideString fixed = fixedText<FixedWideString>(path);
+    auto fixed = fixedText<FixedWideString>(path);
     const FixedWideString result = normalizePathFixed(fixed);
     require(result.toQString() == fixed.toQString());
     if (path.size() > 1 && converted.contains(backslash) && bothAgree(converted))
@@ -36,7 +36,7 @@ void goUp(const QString &path)
     require(parent.size() <= path.size() + 1);
     if (path.size() > 2 && parent.endsWith(backslash))
         require(path.startsWith(parent.left(parent.size() - 1)));
-    FixedWideString fixed = fixedText<FixedWideString>(path);
+    auto fixed = fixedText<FixedWideString>(path);
     if (bothAgree(path))
         require(parentFolderFixed(fixed).toQString() == parent);
 }

@@ -23,8 +23,7 @@ inline std::u16string takeUnits(FuzzedDataProvider &data, std::size_t most)
     static const std::u16string frequent = u"aA\\\\\\///...*<>:bBzZ&;#19\"=- \x00E9\xD800\xFEFF";
     std::u16string text;
     most = data.ConsumeIntegral<unsigned char>() < 8 ? most : std::min<std::size_t>(most, 24);
-    for (std::size_t count = data.ConsumeIntegralInRange<std::size_t>(0, most); count > 0;
-         --count) {
+    for (auto count = data.ConsumeIntegralInRange<std::size_t>(0, most); count > 0; --count) {
         const auto byte = data.ConsumeIntegral<unsigned char>();
         text += byte < 250 ? frequent[byte % frequent.size()] : data.ConsumeIntegral<char16_t>();
     }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks what the program asks the system for: at its start nothing but the C run-time library and
-# the kernel's DLL, later only DLLs that Windows brings along, and the formatted print of the C
-# run-time library, not the compiler's.
+# the kernel's DLL, later only DLLs that Windows 10 and later bring along, and the formatted print of
+# the C run-time library, not the compiler's. And that it is not more than 2.5 MB when stripped.
 #
 # usage: check_imports.sh PROGRAM TOOL-PREFIX
 set -euo pipefail
@@ -24,5 +24,12 @@ wildcards=0x$(sed -n 's/ [BD] _dowildcard$//p' <<<"$symbols")
 if ! "$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 4))" "$1" |
   grep -q ' 00000000 '; then
   echo "The start-up code is told to expand wildcards."
+  exit 1
+fi
+stripped=$(mktemp)
+trap 'rm "$stripped"' EXIT
+"$2strip" -o "$stripped" "$1"
+if [ "$(stat -c %s "$stripped")" -gt 2500000 ]; then
+  echo "It has grown to $(stat -c %s "$stripped") bytes."
   exit 1
 fi

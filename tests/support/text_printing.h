@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string>
 
-inline void PrintTo(const QString &text, std::ostream *out) // NOLINT: GoogleTest's name
+inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toUtf8().constData() << '"';
 }
