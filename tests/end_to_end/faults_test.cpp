@@ -1,8 +1,5 @@
 // Faults, caused for real while the program runs, and what is left of the tree each time.
-#include "support/files.h"
-#include "support/program.h"
-
-#include <gmock/gmock.h>
+#include "swept_folder.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -12,59 +9,10 @@
 
 namespace {
 
-const fs::path swept = L"X:\\faults\\swept\\tree";
-const std::wstring command = L"-do 14 X:\\faults\\s*\\tree";
-const std::string sweptText = "X:\\faults\\swept\\tree";
-
-/// The folder to sweep, with a link in it to X:\faults\behind; and canaries around it, old ones
-/// where no rule reaches and a young one behind the link.
-struct Faults
-{
-    Faults()
-    {
-        clear();
-        for (const wchar_t *canary : { L"canary", L"swept\\canary", L"other\\tree\\canary" })
-            makeFile(root / canary, old);
-        makeFile(root / L"behind\\canary", young);
-        canaries = treeOf(root);
-    }
-    ~Faults() { clear(); }
-    Faults(const Faults &) = delete;
-    Faults &operator=(const Faults &) = delete;
-
-    static void clear()
-    {
-        std::error_code ignored;
-        for (const fs::directory_entry &entry : fs::directory_iterator(swept, ignored))
-            if (entry.path().filename() != L"link") // what is behind it would go too
-                fs::remove_all(entry.path(), ignored);
-    }
-
-    void expectLeft(const Tree &left) const
-    {
-        Tree expected = canaries;
-        for (const std::wstring &path : left)
-            expected.push_back(L"swept\\tree\\" + path);
-        std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(expected, treeOf(root));
-    }
-
-    const fs::path root = L"X:\\faults";
-    Tree canaries;
-};
-
 HANDLE holdOpen(const fs::path &path)
 {
     return CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-}
-
-std::string errorsOf(const ProgramRun &run)
-{
-    const std::size_t from = run.output.find("\nErrors:\n ");
-    return from == std::string::npos
-               ? ""
-               : run.output.substr(from + 10, run.output.find(" \n\n", from) - from - 10);
 }
 
 std::wstring numbered(const wchar_t *name, int number)
@@ -72,20 +20,26 @@ std::wstring numbered(const wchar_t *name, int number)
     return name + std::to_wstring(1000 + number);
 }
 
-/// Starts the program on a folder of old files "old1000" ... that are deleted in this order, and
-/// stops it in their midst.
-RunningProgram startAndSuspend(int files)
+/// Starts the program on 500 old files, "old1000" to "old1499", that are deleted in this order, and
+/// stops it in their midst; again, should it have been too fast.
+RunningProgram startAndSuspend()
 {
-    for (int i = 0; i < files; ++i)
-        makeFile(swept / L"full" / numbered(L"old", i), old);
-    const RunningProgram running = startProgram(command);
-    while (fs::exists(swept / L"full\\old1000")
-           && WaitForSingleObject(running.process.hProcess, 0) == WAIT_TIMEOUT)
-        SwitchToThread();
-    SuspendThread(running.process.hThread);
-    EXPECT_FALSE(fs::exists(swept / L"full\\old1000"));
-    EXPECT_TRUE(fs::exists(swept / L"full" / numbered(L"old", files - 1)));
-    return running;
+    const fs::path first = swept / L"full\\old1000";
+    const fs::path last = swept / L"full\\old1499";
+    for (;;) {
+        for (int i = 0; i < 500; ++i)
+            makeFile(swept / L"full" / numbered(L"old", i), old);
+        const RunningProgram running = startProgram(command);
+        while (fs::exists(first)
+               && WaitForSingleObject(running.process.hProcess, 0) == WAIT_TIMEOUT)
+            SwitchToThread();
+        SuspendThread(running.process.hThread);
+        EXPECT_FALSE(fs::exists(first));
+        if (fs::exists(first) || fs::exists(last))
+            return running;
+        ResumeThread(running.process.hThread);
+        waitFor(running);
+    }
 }
 
 TEST(Fault, HeldOpenWithoutSharing)
@@ -131,7 +85,7 @@ TEST(Fault, HeldOpenWithoutSharing)
 TEST(Fault, FolderFilledAgainBeforeItsRemoval)
 {
     const Faults faults;
-    const RunningProgram running = startAndSuspend(500);
+    const RunningProgram running = startAndSuspend();
     makeFile(swept / L"full\\another", old);
     ResumeThread(running.process.hThread);
     const ProgramRun run = waitFor(running);
@@ -146,7 +100,7 @@ TEST(Fault, EndedInTheMiddleAndStartedAgain)
 {
     const Faults faults;
     makeFile(swept / L"full\\young", young);
-    const RunningProgram running = startAndSuspend(500);
+    const RunningProgram running = startAndSuspend();
     TerminateProcess(running.process.hProcess, 9);
     EXPECT_EQ(9u, waitFor(running).exitCode);
     EXPECT_TRUE(fs::exists(swept / L"full\\young"));
@@ -158,7 +112,7 @@ TEST(Fault, EndedInTheMiddleAndStartedAgain)
 TEST(Fault, FileThatVanishesOrGetsYoungAfterItWasListed)
 {
     const Faults faults;
-    const RunningProgram running = startAndSuspend(500);
+    const RunningProgram running = startAndSuspend();
     DeleteFileW((swept / L"full\\old1499").c_str());
     makeFile(swept / L"full\\old1498", young); // what was listed decides
     ResumeThread(running.process.hThread);
@@ -318,100 +272,6 @@ TEST(Fault, TimesFarAway)
         runProgram(L"X:\\faults\\s*\\tree -do " + std::wstring(days.begin(), days.end()));
         faults.expectLeft(row.left);
     }
-}
-
-std::wstring verbatim(const fs::path &path) { return L"\\\\?\\" + path.wstring(); }
-
-/// Makes a file by its very name, which the platform otherwise changes.
-void makeVerbatim(const fs::path &path, double daysOld)
-{
-    const fs::path plain = swept / L"made";
-    makeFile(plain, daysOld);
-    EXPECT_TRUE(MoveFileW(plain.c_str(), verbatim(path).c_str()));
-}
-
-// Below 240 units the platform gets a path as it is and drops full stops and blanks at the end of a
-// name, so what is acted on is the name without them; from there on it is the very name.
-TEST(Shape, NamesThatEndInAFullStopOrABlank)
-{
-    const Faults faults;
-    const fs::path deep = swept / std::wstring(220, L'd');
-    for (const fs::path &folder : { swept / L"a", swept / L"b", deep })
-        fs::create_directory(folder);
-    makeVerbatim(swept / L"a\\blank ", old); // taken for vanished
-    makeVerbatim(swept / L"b\\stop.", old);  // stands for its neighbour
-    makeFile(swept / L"b\\stop", young);
-    makeVerbatim(deep / L"stop.", old);
-    makeFile(deep / L"stop", young);
-    const ProgramRun run = runProgram(command);
-    EXPECT_THAT(run.output, testing::HasSubstr("\n  3 files deleted"));
-    EXPECT_EQ("Error deleting folder " + sweptText + "\\a:Error 145: " + systemMessage(145) + ".\n",
-              errorsOf(run));
-    faults.expectLeft(
-        { L"a", L"a\\blank ", L"b", L"b\\stop.", deep.filename(), deep.filename() / L"stop" });
-    DeleteFileW(verbatim(swept / L"a\\blank ").c_str());
-    DeleteFileW(verbatim(swept / L"b\\stop.").c_str());
-}
-
-TEST(Shape, FoldersOfFullStopsAndBlanksLeadNowhereElse)
-{
-    for (const wchar_t *name : { L"...", L"....", L".. ", L". ", L" ", L".. ." }) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
-        const Faults faults;
-        makeFile(swept / L"in\\young", young);
-        const std::wstring folder = verbatim(swept / L"in" / name);
-        CreateDirectoryW(folder.c_str(), nullptr);
-        makeVerbatim(swept / L"in" / name / L"young", young);
-        EXPECT_EQ(0u, runProgram(command).exitCode);
-        EXPECT_TRUE(DeleteFileW((folder + L"\\young").c_str()));
-        EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
-        faults.expectLeft({ L"in", L"in\\young" });
-    }
-}
-
-// With the prefix a path is cut behind 496 units. What is then acted on is in the same folder,
-// since entries are seen only up to folders of 494.
-TEST(Shape, PathsBeyondTheCut)
-{
-    const Faults faults;
-    const fs::path folder = swept / std::wstring(234, L'f') / std::wstring(234, L'f');
-    makeFile(folder / L"fifth", young);          // 496 units
-    makeFile(folder / L"fifth is cut off", old); // stands for its neighbour
-    makeFile(folder / L"other is cut off", old); // taken for vanished
-    const ProgramRun run = runProgram(command);
-    EXPECT_THAT(run.output, testing::HasSubstr("\n  2 files deleted"));
-    EXPECT_EQ("", errorsOf(run));
-    EXPECT_FALSE(DeleteFileW((folder / L"fifth").c_str()));
-    EXPECT_TRUE(DeleteFileW((folder / L"fifth is cut off").c_str()));
-    EXPECT_TRUE(DeleteFileW((folder / L"other is cut off").c_str()));
-    EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
-    faults.expectLeft({ folder.parent_path().filename() });
-}
-
-TEST(Shape, UnusualNames)
-{
-    const Faults faults;
-    const std::wstring longest(255, L'n');
-    for (const wchar_t *name :
-         { L"%s%n%", L"  x", L"\xFFFF", L"a;b", L"\xFE0F\x200B", longest.c_str() })
-        makeFile(swept / L"names" / name, old);
-    const ProgramRun run = runProgram(command);
-    EXPECT_THAT(run.output, testing::HasSubstr("\n  6 files deleted"));
-    faults.expectLeft({});
-}
-
-TEST(Shape, LinkToAParentEndsWherePathsDo)
-{
-    // X:\links\cycle\sub\up leads to X:\links\cycle.
-    makeFile(L"X:\\links\\canary", old);
-    makeFile(L"X:\\links\\cycle\\old", old);
-    makeFile(L"X:\\links\\cycle\\sub\\old", old);
-    makeFile(L"X:\\links\\cycle\\sub\\young", young);
-    const ProgramRun run = runProgram(L"X:\\links\\cycle -do 14");
-    EXPECT_EQ(0u, run.exitCode);
-    EXPECT_THAT(run.output, testing::HasSubstr("\n  2 files deleted"));
-    EXPECT_EQ("", errorsOf(run));
-    EXPECT_TRUE(fs::exists(L"X:\\links\\canary") && fs::exists(L"X:\\links\\cycle\\sub\\young"));
 }
 
 } // namespace
