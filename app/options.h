@@ -3,7 +3,8 @@
 
 #include <QString>
 
-/// What the options say. The days are not checked: 0 and less delete every file, whatever its age.
+/// What the options say. The days are not checked: 0 and less delete every file, whatever its age,
+/// down to -1491308, from which on the minutes overflow.
 struct Options
 {
     qint32 daysOld = 14;

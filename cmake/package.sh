@@ -5,6 +5,7 @@
 #
 # BUILD is the build folder that the program was linked in.
 set -euo pipefail
+umask 022
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=$1 program=$2 toolchain=$3 qtcore=$4 dist=$5
 
@@ -26,6 +27,7 @@ dos cmake/notices.txt >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
 dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"
+dos /usr/share/doc/gcc-mingw-w64-base/copyright >"$stage/licences/gcc-copyright.txt"
 dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-copyright.txt"
 
 # What a recipient needs to link the program with another QtCore, and that it does give the program.
@@ -34,6 +36,10 @@ cp "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_te
   cmake/{toolchain,qtcore,relink}.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
 cmp "$work/relinked.exe" "$program"
+if grep -rlF -e "$PWD" -e "$qtcore" "$stage"; then
+  echo "These files tell where they were made."
+  exit 1
+fi
 
 cd "$work"
 (cd "$name" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs sha256sum >"$work/sums" &&

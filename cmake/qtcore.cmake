@@ -13,6 +13,8 @@ if(WIN32)
   # What QtCore itself calls: found in the first library that has it, so that DLLs which are loaded
   # at the start of the program come last.
   target_link_libraries(QtCore INTERFACE "${KX_QTCORE}/lib/libdelayed.a" delayimp uuid kernel32)
+  # Its headers name themselves in messages; the program is the same wherever they are.
+  target_compile_options(QtCore INTERFACE "-ffile-prefix-map=${KX_QTCORE}=qtcore")
 else()
   find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
   add_library(QtCore INTERFACE)

@@ -90,7 +90,8 @@ def output_of(head):
     for holder in holders:
         holder.communicate(b"\n", timeout=60)
     lines = run.stdout.decode("latin1").replace("\r\n", "\n").rstrip("\n").split("\n")
-    return FREE_SPACE.sub(r"\g<1>79 174\g<2>", "\n".join(lines[4:])) + "\n"  # without the banner
+    banner = 0 if len(arguments) < 3 else 4  # shown once, with the usage text
+    return FREE_SPACE.sub(r"\g<1>79 174\g<2>", "\n".join(lines[banner:])) + "\n"
 
 
 def main():

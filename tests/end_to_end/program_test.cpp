@@ -265,6 +265,7 @@ TEST(Wildcards, RunEveryMatchingFolder)
         { "X:\\scratch\\m*\\", "ma\\ 1|Me\\ 1|mi\\ 0|" },
         { "X:\\s*\\m*\\T*\\", "ma\\T\\ 1|Me\\T\\ 1|" },
         { "X:/scratch/m*", "" },
+        { "X:/scratch/*/T", "ma 1|Me 1|mi 0|x 1|" }, // all in the folder in front of the star
     };
     for (const auto &row : rows) {
         const std::string directory = row[0];
@@ -276,8 +277,9 @@ TEST(Wildcards, RunEveryMatchingFolder)
 
         std::string expected = "Searching for folders matching '" + directory + "'.";
         std::istringstream runs(row[1]);
+        const bool isSlashed = directory == "X:/scratch/*/T";
         for (std::string name, deleted; runs >> name && std::getline(runs, deleted, '|');) {
-            const std::string folder = "X:\\scratch\\" + name;
+            const std::string folder = (isSlashed ? "X:/scratch/\\" : "X:\\scratch\\") + name;
             const bool isFirst = expected.find("Starting") == std::string::npos;
             if (deleted == " -")
                 expected += "Warning: directory " + folder + " does not exist!\n";
@@ -289,7 +291,7 @@ TEST(Wildcards, RunEveryMatchingFolder)
         EXPECT_EQ(banner + expected, runProgram(L"-do 14 " + argument).output);
         EXPECT_EQ(*row[1] == '\0', fs::exists(scratch.path / L"Me\\T\\old"));
         EXPECT_TRUE(fs::exists(scratch.path / L"m file") && fs::exists(scratch.path / L"mi"));
-        EXPECT_TRUE(fs::exists(scratch.path / L"x\\T\\old"));
+        EXPECT_EQ(isSlashed, !fs::exists(scratch.path / L"x\\T\\old"));
     }
 }
 
