@@ -25,8 +25,10 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     // Filters hold for files only, so this one leaves every folder in.
     DirListing::addSuffixFilter(entry, parts.nameEnd);
     DirListing::open(entry, parts.base + parts.nameStart + asterisk, true, false, false, false);
-    while (DirListing::next(entry))
-        if (DirListing::isFolder(entry))
-            expandWildcardFolders(parts.base + DirListing::name(entry) + parts.rest, daysOld,
-                                  verbose);
+    while (DirListing::next(entry)) {
+        const QString name = DirListing::name(entry);
+        // Windows has no such names, but disks of other systems do; they would be expanded forever.
+        if (DirListing::isFolder(entry) && !name.contains(asterisk))
+            expandWildcardFolders(parts.base + name + parts.rest, daysOld, verbose);
+    }
 }

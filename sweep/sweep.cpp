@@ -9,7 +9,8 @@ namespace {
 
 constexpr qint64 secondsBetweenProgressLines = 5;
 constexpr qint64 bytesPerKiB = 1024;
-constexpr qint32 unitsOfLineAround = 13; // of a log line, around a name; no suffixes
+constexpr qint64 mostUnitsReserved = 1 << 29; // half of what a QString can hold
+constexpr qint32 unitsOfLineAround = 13;      // of a log line, around a name; no suffixes
 
 /// What stays the same in every folder of one sweep.
 struct Sweep
@@ -57,7 +58,7 @@ void reserveLog(const Sweep &sweep, const DirListing &listing)
     qint64 units = sweep.log->size();
     for (const QString &name : listing.names)
         units += unitsOfLineAround + name.size();
-    if (units / 2 > sweep.log->capacity())
+    if (units / 2 > sweep.log->capacity() && units < mostUnitsReserved)
         sweep.log->reserve(static_cast<qint32>(units));
 }
 

@@ -3,6 +3,8 @@
 #include "app/free_space_root.h"
 #include "app/grouped_number.h"
 #include "app/wildcard_parts.h"
+#include "install/install_layout.h"
+#include "install/relink_line.h"
 #include "sweep/file_time.h"
 
 #include "support/text_printing.h"
@@ -106,6 +108,41 @@ TEST(Wildcard, IsSplitAtItsComponent)
         EXPECT_EQ(q(row[2]), parts.nameStart) << row[0];
         EXPECT_EQ(q(row[3]), parts.nameEnd) << row[0];
         EXPECT_EQ(q(row[4]), parts.rest) << row[0];
+    }
+}
+
+TEST(InstallLayout, LiesBelowItsRoots)
+{
+    InstallPaths paths;
+    paths.entries[installRoot].assignQString(q("X:\\a_DEBUG\\"));
+    paths.entries[executablesRoot].assignQString(q("Y:\\p\\"));
+    paths.entries[statusFolder].assignQString(q("Z:\\s\\"));
+    layOutBelowRoots(paths, true, true, false);
+    const auto entry = [&paths](InstallEntry at) { return paths.entries[at].toQString(); };
+    EXPECT_EQ(q("Z:\\s\\kxJobdata\\"), entry(jobData));
+    EXPECT_EQ(q("Y:\\p\\sub\\cfg_global\\"), entry(globalConfigOfPrograms));
+    EXPECT_EQ(q("Y:\\p\\render_apps\\_config\\"), entry(renderAppConfig));
+    EXPECT_EQ(q("X:\\a_release\\render_apps\\_setenv\\win\\"), entry(setEnvWindows));
+    EXPECT_EQ(q("Y:\\p\\bin\\win\\"), entry(bin64Folder));
+    layOutRenderApps(paths, fixedText<FixedNarrowString100>("C:/r"));
+    EXPECT_EQ(q("C:\\r\\scripts\\"), entry(renderAppScripts));
+}
+
+TEST(RelinkLine, NamesARoot)
+{
+    // Line, root, root of the executables.
+    const QString rows[][3] = {
+        { q("rOOt = Y:\\d "), q("Y:\\d\\"), q("") },
+        { q("Root=Y:/d/"), q("Y:/d/\\"), q("") },
+        { q("ExeRoot=Y:\\p"), q(""), q("Y:\\p") },
+        { q("Root=") + run(251), run(250), q("") },
+        { q("Root"), q(""), q("") },
+    };
+    for (const auto &row : rows) {
+        InstallPaths paths;
+        applyRelinkLine(paths, row[0]);
+        EXPECT_EQ(row[1], paths.entries[installRoot].toQString()) << row[0].toStdString();
+        EXPECT_EQ(row[2], paths.entries[executablesRoot].toQString()) << row[0].toStdString();
     }
 }
 

@@ -36,20 +36,43 @@ TEST(Shape, NamesThatEndInAFullStopOrABlank)
     DeleteFileW(verbatim(swept / L"b\\stop.").c_str());
 }
 
+// One level up from the swept folder is an old canary.
 TEST(Shape, FoldersOfFullStopsAndBlanksLeadNowhereElse)
 {
     for (const wchar_t *name : { L"...", L"....", L".. ", L". ", L" ", L".. ." }) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
         const Faults faults;
         makeFile(swept / L"in\\young", young);
-        const std::wstring folder = verbatim(swept / L"in" / name);
+        const std::wstring folder = verbatim(swept / name);
         CreateDirectoryW(folder.c_str(), nullptr);
-        makeVerbatim(swept / L"in" / name / L"young", young);
+        makeVerbatim(swept / name / L"maybe", old); // reached or not, as the platform has it
         EXPECT_EQ(0u, runProgram(command).exitCode);
-        EXPECT_TRUE(DeleteFileW((folder + L"\\young").c_str()));
-        EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
+        DeleteFileW((folder + L"\\maybe").c_str());
+        RemoveDirectoryW(folder.c_str());
         faults.expectLeft({ L"in", L"in\\young" });
     }
+}
+
+// X:\odd\sub has files named "a?b" and "a\x01b", X:\odd a folder named "s*r", all of them old.
+TEST(Shape, NamesThatThePlatformRefuses)
+{
+    const ProgramRun run = runProgram(L"X:\\odd -do 14");
+    EXPECT_THAT(run.output, testing::HasSubstr("\n  2 files deleted"));
+    EXPECT_EQ("Error deleting folder X:\\odd\\sub:Error 145: " + systemMessage(145) + ".\n",
+              errorsOf(run));
+    const std::string searched = runProgram(L"X:\\odd\\s* -do 14").output;
+    EXPECT_EQ(searched.find("\nStarting"), searched.rfind("\nStarting")) << "only sub was run";
+}
+
+TEST(Shape, LinkToAFile)
+{
+    // In X:\links\files, "to old" and "to young" lead to X:\links\old and X:\links\young.
+    makeFile(L"X:\\links\\old", old);
+    makeFile(L"X:\\links\\young", young);
+    const ProgramRun run = runProgram(L"X:\\links\\files -v -v");
+    EXPECT_THAT(run.output, testing::HasSubstr("     -del to old\n     -ignT to young\n"));
+    EXPECT_EQ("", errorsOf(run));
+    EXPECT_TRUE(fs::exists(L"X:\\links\\young"));
 }
 
 // With the prefix a path is cut behind 496 units. What is then acted on is in the same folder,

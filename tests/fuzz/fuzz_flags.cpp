@@ -28,6 +28,22 @@ void scan(std::vector<std::string> &arguments)
 
     Options options;
     const char *badNumber = readOptions(argc, argv.data(), options);
+    qint32 daysOld = 14;
+    bool verbose = false;
+    QString directory;
+    int next = 1;
+    for (bool isNumber = true; next < argc && isNumber; ++next) {
+        const QString text = QString::fromLatin1(argv[static_cast<std::size_t>(next)]);
+        if (text.toLower() == QLatin1String("-do") && next + 1 < argc)
+            daysOld = QString::fromLatin1(argv[static_cast<std::size_t>(++next)]).toInt(&isNumber);
+        else if (text.toLower() == QLatin1String("-v"))
+            verbose = true;
+        else
+            directory = text;
+        require(isNumber || badNumber == argv[static_cast<std::size_t>(next)]);
+    }
+    require(options.verbose == verbose && options.directory == directory);
+    require(badNumber != nullptr || options.daysOld == daysOld);
     bool isArgument = badNumber == nullptr;
     for (int i = 1; i < argc; ++i)
         isArgument |= argv[static_cast<std::size_t>(i)] == badNumber;

@@ -66,7 +66,13 @@ void splitWildcard(const QString &path)
         return;
     const WildcardParts parts = splitAtWildcard(path);
     const qint32 star = path.indexOf(QLatin1Char('*'));
-    require(parts.base == folderOfPath(path.left(star)));
+    // The base ends behind the last backslash, where there is one behind a drive's place; otherwise
+    // a backslash is put behind it.
+    const qint32 last = path.left(star).lastIndexOf(backslash);
+    if (last > 1 && !path.startsWith(QLatin1String("\\\\")) && path.at(1) != backslash)
+        require(parts.base == path.left(last + 1)
+                && parts.nameStart == path.mid(last + 1, star - last - 1));
+    require(parts.nameStart.isEmpty() || parts.base + parts.nameStart == path.left(star));
     require(path.mid(star + 1) == parts.nameEnd + parts.rest);
     require(!parts.nameEnd.contains(backslash));
     require(parts.rest.isEmpty() || parts.rest.startsWith(backslash));

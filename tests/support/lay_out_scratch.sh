@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Lays out what the tests find on the scratch drive: the test programs; the program inside an
 # installation, outside, and where its name takes 258 bytes; and links, which Wine itself cannot make:
-# to folders, and to a disk that is full.
+# to folders, files, and a disk that is full. Names that only other systems make, too.
 #
 # usage: lay_out_scratch.sh PROGRAM TEST-PROGRAMS SCRATCH
 set -euo pipefail
 
-rm -rf "$3/suite" "$3/links" "$3/faults" "$3/scratch" "$3/apps" "${3:?}/bin"
+rm -rf "$3/suite" "$3/links" "$3/faults" "$3/odd" "$3/scratch" "$3/apps" "${3:?}/bin"
 mkdir -p "$3/suite/bin/win64" "$3/suite/sub/cfg_global" "$3/links/tree" "$3/links/target" \
   "$3/links/cycle/sub" "$3/faults/swept/tree" "$3/faults/behind"
 cp -R "$2/." "$3"
@@ -17,5 +17,17 @@ mkdir -p "$deep"
 cp "$1" "$deep/l.exe"
 ln -s ../target "$3/links/tree/link"
 ln -s .. "$3/links/cycle/sub/up"
+mkdir -p "$3/links/files" "$3/odd/sub" "$3/odd/s*r"
+ln -s ../old "$3/links/files/to old"
+ln -s ../young "$3/links/files/to young"
+touch -d '30 days ago' "$3/odd/sub/a?b" "$3/odd/sub/"$'a\x01b'
 ln -s ../../behind "$3/faults/swept/tree/link"
 ln -sf /dev/full "$3/full disk"
+
+# A RAM disk keeps times of which other disks make 1901.
+ram=/dev/shm/kxDeleteOldFiles-$(id -u)
+rm -rf "$ram"
+mkdir -p "$ram/model"
+touch -d '1601-01-01 00:05 UTC' "$ram/model/five minutes"
+touch -d '1601-01-02 UTC' "$ram/model/one day"
+ln -sfn "$ram" "$3/ram"
