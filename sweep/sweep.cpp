@@ -101,7 +101,9 @@ void countDeletion(const Sweep &sweep, qint64 size)
     if (sweep.deletedCount != nullptr)
         ++*sweep.deletedCount;
     if (sweep.deletedKiB != nullptr)
-        *sweep.deletedKiB += (size + bytesPerKiB / 2) / bytesPerKiB;
+        // Summed without sign: a broken disk may tell of a size that wraps.
+        *sweep.deletedKiB +=
+            static_cast<qint64>(static_cast<quint64>(size) + bytesPerKiB / 2) / bytesPerKiB;
 }
 
 void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state)

@@ -150,17 +150,15 @@ TEST(Fault, TwoSweepsOfOneTreeAtOnce)
 {
     const Faults faults;
     Tree left;
-    for (int folder = 0; folder < 20; ++folder) {
-        for (int file = 0; file < 20; ++file)
-            makeFile(swept / numbered(L"f", folder) / numbered(L"old", file), old);
-        if (folder % 2 == 0)
-            continue;
-        left.push_back(numbered(L"f", folder));
+    for (int folder = 0; folder < 10; ++folder) {
+        left.push_back(numbered(L"z", folder));
+        makeFile(swept / left.back() / L"old", old);
         left.push_back(left.back() + L"\\young");
         makeFile(swept / left.back(), young);
     }
-    const RunningProgram one = startProgram(command);
+    const RunningProgram one = startAndSuspend();
     const RunningProgram other = startProgram(command);
+    ResumeThread(one.process.hThread);
     EXPECT_EQ(0u, waitFor(one).exitCode);
     EXPECT_EQ(0u, waitFor(other).exitCode);
     // Where each removed a folder that the other one then failed on, the folder above stays until
