@@ -45,9 +45,11 @@ void group(qint64 number)
         blank = next;
     }
     // 1000 of a unit stay together, 1001 do not; three times at the most.
-    const auto size =
-        static_cast<unsigned __int128>(number < 0 ? -__int128(number) : __int128(number));
-    require(groups == (size > 1000) + (size > 1000999) + (size > 1000999999));
+    const __int128 size = number < 0 ? -static_cast<__int128>(number) : number;
+    qint32 expected = 0;
+    for (const qint64 most : { 1000, 1000999, 1000999999 })
+        expected += size > most ? 1 : 0;
+    require(groups == expected);
 }
 
 /// The same with wider numbers than the platform's.
