@@ -17,7 +17,7 @@ import sys
 import time
 
 DRIVE = os.path.join(os.environ["WINEPREFIX"], "drive_c")
-FOLDERS = ("temp", "tools", "suite", "users/maria", "Users/Max", "Users/mia", "Users/anna")
+FOLDERS = ("temp", "tools", "suite", "users/maria", "users/Max", "users/mia", "users/anna")
 FILES = (  # path, days old, KiB
     ("temp/cache/a/old.exr", 20, 1500),
     ("temp/cache/keep.exr", 1, 900),
@@ -30,7 +30,9 @@ FILES = (  # path, days old, KiB
     ("users/mia/Documents/old letter.txt", 400, 1),
     ("users/anna/AppData/Local/Temp/job.log", 400, 1),
 )
-SAMPLE = re.compile(r"^```console\n(> [^\n]*\n(?:current folder of another program: [^\n]*\n)?)(.*?)^```$", re.MULTILINE | re.DOTALL)
+HELD = "current folder of another program: "
+SAMPLE = re.compile(rf"^```console\n(> [^\n]*\n(?:{HELD}[^\n]*\n)?)(.*?)^```$",
+                    re.MULTILINE | re.DOTALL)
 FREE_SPACE = re.compile(r"(Free drive space in .* is )[0-9 ]+( MiB)")
 
 
@@ -84,7 +86,7 @@ def output_of(head):
     program, *arguments = command[2:].split()
     if program == "kxDeleteOldFiles":
         program = r"C:\suite\bin\win64\kxDeleteOldFiles.exe"
-    holders = [work_in(line.split(": ")[1]) for line in held]
+    holders = [work_in(line[len(HELD):]) for line in held]
     run = subprocess.run(["wine", program, *arguments], stdin=subprocess.DEVNULL,
                          stdout=subprocess.PIPE, timeout=60, check=False, cwd=DRIVE)
     for holder in holders:

@@ -73,6 +73,7 @@ TEST(Shape, LinkToAFile)
     EXPECT_THAT(run.output, testing::HasSubstr("     -del to old\n     -ignT to young\n"));
     EXPECT_EQ("", errorsOf(run));
     EXPECT_TRUE(fs::exists(L"X:\\links\\young"));
+    EXPECT_FALSE(fs::exists(L"X:\\links\\files\\to old"));
 }
 
 // With the prefix a path is cut behind 496 units. What is then acted on is in the same folder,

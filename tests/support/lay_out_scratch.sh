@@ -24,8 +24,8 @@ touch -d '30 days ago' "$3/odd/sub/a?b" "$3/odd/sub/"$'a\x01b'
 ln -s ../../behind "$3/faults/swept/tree/link"
 ln -sf /dev/full "$3/full disk"
 
-# A RAM disk keeps times of which other disks make 1901.
-ram=/dev/shm/kxDeleteOldFiles-$(id -u)
+# A RAM disk keeps times of which other disks make 1901. Each checkout has a folder of its own there.
+ram=/dev/shm/kxDeleteOldFiles-$(id -u)-$(cksum <<<"$3" | cut -d ' ' -f 1)
 rm -rf "$ram"
 mkdir -p "$ram/model"
 touch -d '1601-01-01 00:05 UTC' "$ram/model/five minutes"
