@@ -2,13 +2,12 @@
 
 usage: manual_samples.py PROGRAM MANUAL [--write]
 
-In the environment of the sealed Wine prefix; with --write it puts the output into the manual. A sample
-is a block marked "console": a line "> command", perhaps "current folder of another program: folder",
-then the output. Each one finds the same folders on drive C:.
+In the environment of the sealed Wine prefix; with --write it puts the output into the manual. A
+sample is a block marked "console": a line "> command", then the output. Each one finds the same
+folders on drive C:.
 """
 
 import difflib
-import glob
 import os
 import re
 import shutil
@@ -17,7 +16,7 @@ import sys
 import time
 
 DRIVE = os.path.join(os.environ["WINEPREFIX"], "drive_c")
-FOLDERS = ("temp", "tools", "suite", "users/maria", "users/Max", "users/mia", "users/anna")
+FOLDERS = ("temp", "tools", "suite", "exchange", "users/maria", "users/Max", "users/mia", "users/anna")
 FILES = (  # path, days old, KiB
     ("temp/cache/a/old.exr", 20, 1500),
     ("temp/cache/keep.exr", 1, 900),
@@ -28,11 +27,10 @@ FILES = (  # path, days old, KiB
     ("users/Max/AppData/Local/Temp/a/b/job.log", 15, 30),
     ("users/Max/AppData/Local/Temp/new.log", 2, 30),
     ("users/mia/Documents/old letter.txt", 400, 1),
+    ("exchange/from elsewhere/plan ", 30, 1),
     ("users/anna/AppData/Local/Temp/job.log", 400, 1),
 )
-HELD = "current folder of another program: "
-SAMPLE = re.compile(rf"^```console\n(> [^\n]*\n(?:{HELD}[^\n]*\n)?)(.*?)^```$",
-                    re.MULTILINE | re.DOTALL)
+SAMPLE = re.compile(r"^```console\n(> [^\n]*\n)(.*?)^```$", re.MULTILINE | re.DOTALL)
 FREE_SPACE = re.compile(r"(Free drive space in .* is )[0-9 ]+( MiB)")
 
 
@@ -61,36 +59,12 @@ def lay_out(program):
         shutil.copy(program, os.path.join(DRIVE, folder, "kxDeleteOldFiles.exe"))
 
 
-def is_open(file):
-    for link in glob.glob("/proc/[0-9]*/fd/*"):
-        try:
-            if os.readlink(link) == file:
-                return True
-        except OSError:
-            pass  # closed while we looked
-    return False
-
-
-def work_in(path):
-    """Starts a program whose current folder this is; it ends with its standard input."""
-    folder = os.path.realpath(os.path.join(DRIVE, path[3:].replace("\\", "/")))
-    program = subprocess.Popen(["wine", "cmd", "/c", "pause"], stdin=subprocess.PIPE,
-                               stdout=subprocess.DEVNULL, cwd=folder)
-    while program.poll() is None and not is_open(folder):
-        time.sleep(0.02)
-    return program
-
-
-def output_of(head):
-    command, *held = head.splitlines()
+def output_of(command):
     program, *arguments = command[2:].split()
     if program == "kxDeleteOldFiles":
         program = r"C:\suite\bin\win64\kxDeleteOldFiles.exe"
-    holders = [work_in(line[len(HELD):]) for line in held]
     run = subprocess.run(["wine", program, *arguments], stdin=subprocess.DEVNULL,
                          stdout=subprocess.PIPE, timeout=60, check=False, cwd=DRIVE)
-    for holder in holders:
-        holder.communicate(b"\n", timeout=60)
     lines = run.stdout.decode("latin1").replace("\r\n", "\n").rstrip("\n").split("\n")
     banner = 0 if len(arguments) < 3 else 4  # shown once, with the usage text
     return FREE_SPACE.sub(r"\g<1>79 174\g<2>", "\n".join(lines[banner:])) + "\n"

@@ -1,160 +1,93 @@
+// The whole program on its command line: what it prints, its exit codes, what is left.
 #include "support/files.h"
 #include "support/program.h"
+#include "support/text_printing.h"
 
 #include <gmock/gmock.h>
 
-#include <sstream>
-
 namespace {
 
-const std::string rule = ".----------------------------------------------------------------\n";
-const std::string banner = rule + ". kxDeleteOldFiles  8.4.02\n"
-                           + ". Deletes old files and the folders that this empties.\n" + rule;
-
-std::string start(const std::string &folder, const std::string &days = "14")
+/// The whole report on a folder; the progress line is printed on the first one only.
+std::string reportOn(const std::string &folder, const std::string &deleted,
+                     const std::string &days = "14", const std::string &details = "",
+                     bool isFirst = true)
 {
     return "\nStarting to delete files in folder '" + folder + "', File have to be older than "
-           + days + " days.\n";
-}
-
-std::string progress(const std::string &folder) { return "     ..." + folder + "...\n"; }
-
-std::string end(const std::string &folder)
-{
-    return "  Done. Free drive space in " + folder + " is # MiB\n\n";
-}
-
-TEST(Program, HasAVersionResource)
-{
-    const wchar_t *const resource = MAKEINTRESOURCEW(1);
-    const HMODULE program = LoadLibraryExW(installedProgram, nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    const HRSRC found = FindResourceW(program, resource, MAKEINTRESOURCEW(16)); // RT_VERSION
-    ASSERT_NE(nullptr, found);
-    const std::wstring text(
-        static_cast<const wchar_t *>(LockResource(LoadResource(program, found))),
-        SizeofResource(program, found) / sizeof(wchar_t));
-    const std::wstring key(L"ProductVersion\0", 15);
-    EXPECT_EQ(L"8.4.02", text.substr(text.find(key) + key.size(), 6));
-    FreeLibrary(program);
+           + days + " days.\n" + (isFirst ? "     ..." + folder + "...\n" : "") + "  " + deleted
+           + " Kib). \n\n" + details + "  Done. Free drive space in " + folder + " is # MiB\n\n";
 }
 
 TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
 {
-    const std::string usage =
-        "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n\n"
-        "  directory: The directory to remove files from.\n"
-        "             Subfolders are automatically searched as well. Empty subfolders are "
-        "deleted.\n"
-        "             The directory can contain a folder with a * wildcard to be replaced by ALL "
-        "folder found\n"
-        "  -do <days_old>: This tool does not delete files if they are not older than <days_old> "
-        "days. Default: 14 days\n  -v: Enable verbose messages.\n"
-        "Note: There is no required order for the commandline flags\n\n\nExample commandlines: \n"
-        "   Delete files from folder C:\\temp \n       kxDeleteOldFiles C:\\temp -do 7  \n\n"
-        "   Delete files from the temp folder of all users\n"
-        "       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n\n"
-        "   Delete files from the temp folder of all users starting with 'm'\n"
-        "       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n\n\n";
-    const ScratchFolder scratch;
-    makeFile(scratch.path / L"a", old);
+    const ScratchFolder scratch(L"a");
     for (const wchar_t *arguments : { L"", L"X:\\scratch", L"X:\\scratch -v" }) {
-        const ProgramRun run = runProgram(arguments);
-        EXPECT_EQ(banner + usage, run.output);
+        const ProgramRun run = runProgram(arguments); // the manual holds the usage text
+        EXPECT_EQ(0u, run.output.find("\nUsage:\n\n  kxDeleteOldFiles   directory  "));
         EXPECT_EQ(0xFFFFFFFFu, run.exitCode);
     }
-    EXPECT_EQ(Tree{ L"a" }, treeOf(scratch.path));
+    EXPECT_EQ(L"a", treeOf(scratch.path));
 }
 
 TEST(CommandLine, ReadsItsOptions)
 {
-    const std::string all = "  1 files deleted (2 Kib). \n\n";
-    const std::string none = "  0 files deleted (0 Kib). \n\n";
-    const auto swept = [](const std::string &days, const std::string &count,
-                          const std::string &log = "") {
-        return start("X:\\scratch", days) + progress("X:\\scratch") + count + log
-               + end("X:\\scratch");
-    };
-    const auto missing = [](const std::string &folder) {
-        return "Warning: directory " + folder + " does not exist!\n";
-    };
-    const struct
-    {
-        const wchar_t *arguments;
-        std::string output;
-        unsigned long exitCode = 0;
-        double daysOld = old;
-    } rows[] = {
-        { L"X:\\scratch -DO 40", swept("40", none) },
-        { L"-do 7 x: -V X:\\scratch", swept("7", all, "\n   [X:\\scratch]: \n     -del a\n\n\n") },
-        { L"X:\\scratch -do -5", swept("-5", all), 0, -10 }, // dated in the future
-        { L"X:\\scratch -do \" +0 \"", swept("0", all), 0, -10 },
-        { L"X:\\scratch -do 24855", swept("24855", none) },
-        { L"X:\\scratch -do 24856", swept("24856", all) }, // 32 bits of seconds wrap
-        { L"X:\\scratch -do abc", "Error: Unable to convert abc into a number!\n", 3 },
-        { L"X:\\scratch -do 7%d", "Error: Unable to convert 7%d into a number!\n", 3 },
-        { L"X:\\scratch -do 2147483648", "Error: Unable to convert 2147483648 into a number!\n",
-          3 },
-        { L"X:\\scratch -do -v", "Error: Unable to convert -v into a number!\n", 3 },
-        { L"X:\\scratch -v -do", missing("-do") },
-        { L"X:\\scratch -v -do7", missing("-do7") },
-        { L"-do 7 -v", missing("") },
-        { L"-v -v \"\"", missing("") },
-        { L"-v -v C:", missing("C:") },
-        { L"-v -v X:\\scratch\\a", missing("X:\\scratch\\a") },
-        { L"-v -v %s%n\xFC", missing("%s%n\xFC") },
-        { L"-v -v *", "Searching for folders matching '*'." },
-        { L"-v -v X:\\nothing\\*", "Searching for folders matching 'X:\\nothing\\*'." },
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(row.arguments)));
+    // Arguments, what they come to, and the days, the refused number or the missing folder.
+    for (const QStringList &row : rowsOf(R"(
+            X:\scratch~-DO~40 kept 40       -do~7~x:~-V~X:\scratch log 7    X:\scratch~-do~-5 all -5
+            X:\scratch~-do~"~+0~" all 0     X:\scratch~-do~24855 kept 24855
+            X:\scratch~-do~24856 all 24856  X:\scratch~-do~7%d refused 7%d  X:\scratch~-do~-v refused -v
+            X:\scratch~-do~2147483648 refused 2147483648                    X:\scratch~-v~-do missing -do
+            X:\scratch~-v~-do7 missing -do7        -do~7~-v missing ''      -v~-v~C: missing C:
+            -v~-v~X:\scratch\a missing X:\scratch\a                         -v~-v~%s%n missing %s%n
+            -v~-v~* nothing *                      -v~-v~X:\no\* nothing X:\no\*)",
+                                         3)) {
+        SCOPED_TRACE(row[0].toStdString());
         const ScratchFolder scratch;
-        makeFile(scratch.path / L"a", row.daysOld, 1536);
-        const ProgramRun run = runProgram(row.arguments);
-        EXPECT_EQ(banner + row.output, run.output);
-        EXPECT_EQ(row.exitCode, run.exitCode);
-        const bool deletes = row.output.find(all) != std::string::npos;
-        EXPECT_EQ(deletes ? Tree() : Tree{ L"a" }, treeOf(scratch.path));
+        makeFile(scratch.path / L"a", old, 1536);
+        makeFile(scratch.path / L"b", -10); // dated in the future
+        const std::string last = row[2].toStdString();
+        const std::string log = "\n   [X:\\scratch]: \n     -del a\n     -ignT b\n\n\n";
+        const ProgramRun run = runProgram(row[0].toStdWString());
+        EXPECT_EQ(row[1] == q("kept")  ? reportOn("X:\\scratch", "0 files deleted (0", last)
+                  : row[1] == q("log") ? reportOn("X:\\scratch", "1 files deleted (2", last, log)
+                  : row[1] == q("all") ? reportOn("X:\\scratch", "2 files deleted (2", last)
+                  : row[1] == q("refused")
+                      ? "Error: Unable to convert " + last + " into a number!\n"
+                  : row[1] == q("missing") ? "Warning: directory " + last + " does not exist!\n"
+                                           : "Searching for folders matching '" + last + "'.",
+                  run.output);
+        EXPECT_EQ(row[1] == q("refused") ? 3u : 0u, run.exitCode);
+        EXPECT_EQ(row[1] == q("all")   ? L""
+                  : row[1] == q("log") ? L"b"
+                                       : L"a|b",
+                  treeOf(scratch.path));
     }
 }
 
 TEST(CommandLine, StopsOutsideAnInstallation)
 {
     const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
-    std::wstring hundred = L"X:\\scratch -kxRoot ";
-    for (int i = 0; i < 100; ++i)
-        hundred += L"%*d"; // takes two values in three characters
-    const std::string zeros = std::string(100, '0') + "\\";
-    const struct
-    {
-        const wchar_t *arguments;
-        std::string flag;  // the last value, as the print routine shows it
-        std::string flags; // all of them
-    } rows[] = {
-        { L"X:\\scratch -do abc", "", "" },
-        { L"X:\\scratch -kxRoot Y:\\no&#228;", "Y:\\no\xE4\\", "Y:\\no\xE4\\" },
-        { L"X:\\scratch -kxroot a/ -KXROOT b", "b\\", "a/b\\" },
-        { L"X:\\scratch -kxRoot a%%s%%%*d%s", "a%s%0(null)\\", "a%s%0(null)\\" },
-        { L"X:\\scratch -kxRoot %", "\\", "\\" }, // "%\\" is no conversion
-        { hundred.c_str(), zeros, zeros },
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.flag);
-        const ScratchFolder scratch;
-        makeFile(scratch.path / L"a", old);
-        const ProgramRun run = runProgram(row.arguments, program);
-        EXPECT_EQ(banner
-                      + "Unable to get KX Root path; This executable was not started from a KX "
-                        "directory.\n\n (Tried: 'X:\\apps\\bin\\win64\\lost.exe', '"
-                      + row.flag + "')\n\n[-kxRoot flag: " + row.flags
+    const ScratchFolder scratch(L"a");
+    // Arguments, the last flag's value as the print routine shows it, and all flags' values.
+    QList<QStringList> rows = rowsOf(R"(
+            -do~abc '' ''   -kxroot~a/~-KXROOT~b b\ a/b\
+            -kxRoot~a%%s%%%*d%s a%s%0(null)\ a%s%0(null)\ )",
+                                     3);
+    // Each of the hundred takes two values in three characters.
+    const QString many = q("\xFC\xE4") + run(100, '0') + q("\\");
+    rows << QStringList{ q("-kxRoot \xFC&#228;") + q("%*d").repeated(100), many, many };
+    for (const QStringList &row : rows) {
+        const ProgramRun run = runProgram(L"X:\\scratch " + row[0].toStdWString(), program);
+        EXPECT_EQ("Unable to get KX Root path; This executable was not started from a KX "
+                  "directory.\n\n (Tried: 'X:\\apps\\bin\\win64\\lost.exe', '"
+                      + row[1].toLatin1().toStdString()
+                      + "')\n\n[-kxRoot flag: " + row[2].toLatin1().toStdString()
                       + ": invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: X:\\apps\\: "
                         "invalid]\n[KX_ROOT: : invalid]",
                   run.output);
         EXPECT_EQ(1u, run.exitCode);
-        EXPECT_EQ(Tree{ L"a" }, treeOf(scratch.path));
     }
     // What the print routine refuses ends the message, not the program. A placeholder in one text
     // is filled with the next.
-    const ScratchFolder scratch;
     const ProgramRun refused = runProgram(L"X:\\scratch -kxRoot a%n", program);
     EXPECT_THAT(refused.output, testing::EndsWith("lost.exe', 'a"));
     EXPECT_EQ(1u, refused.exitCode);
@@ -162,147 +95,67 @@ TEST(CommandLine, StopsOutsideAnInstallation)
                 testing::HasSubstr("lost.exe', '\n[-kxRoot flag: "));
     // The program's name is cut at 250 bytes, within the folder of 43; two folders up from there.
     const std::wstring deep =
-        L"X:\\apps\\" + std::wstring(200, L'd') + L"\\" + std::wstring(43, L'e');
+        L"X:\\apps\\" + std::wstring(200, 'd') + L"\\" + std::wstring(43, 'e');
     EXPECT_THAT(runProgram(L"X:\\scratch -do 14", deep + L"\\l.exe").output,
                 testing::HasSubstr("\n[appPath: X:\\: invalid]"));
+    EXPECT_EQ(L"a", treeOf(scratch.path));
 }
 
 TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
 {
-    const ScratchFolder scratch;
+    const ScratchFolder scratch(L"deep\\er\\young|gone\\a\\old|h\\\x0416%s held|h\\old");
     makeFile(scratch.path / L"%s 100%\\%n.txt", old, 511);
-    makeFile(scratch.path / L"deep\\er\\new", young);
     makeFile(scratch.path / L"deep\\er\\old", 14.001, 1535);
-    makeFile(scratch.path / L"gone\\a\\old", old, 512);
-    makeFile(scratch.path / L"hidden", old, 0, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    makeFile(scratch.path / L"hidden", old, 512, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     makeFile(scratch.path / L"just young", 13.999);
     makeFile(scratch.path / L"readonly", old, 2000000, FILE_ATTRIBUTE_READONLY);
-    makeFile(scratch.path / L"\x00FC\\\x0416\xFEFF", old); // outside Latin-1; a byte order mark
+    makeFile(scratch.path / L"\x00FC\\\x0416\xFEFF"); // outside Latin-1; a byte order mark
     fs::create_directory(scratch.path / L"void");
+    const HANDLE held = holdOpen(scratch.path / L"h\\\x0416%s held");
     const ProgramRun run = runProgram(L"X:\\scratch\\ -v -v");
-    EXPECT_EQ(banner + start("X:\\scratch\\") + progress("X:\\scratch\\")
-                  + "  6 files deleted (1 955 Kib). \n\n\n   [X:\\scratch\\]: \n"
-                    "     -dir [%s 100%]\n   [X:\\scratch\\%s 100%]: \n     -del %n.txt\n"
-                    "     -dir [deep]\n   [X:\\scratch\\deep]: \n     -dir [er]\n"
-                    "   [X:\\scratch\\deep\\er]: \n     -ignT new\n     -del old\n"
-                    "     -dir [gone]\n   [X:\\scratch\\gone]: \n     -dir [a]\n"
-                    "   [X:\\scratch\\gone\\a]: \n     -del old\n     -del hidden\n"
-                    "     -ignT just young\n     -del readonly\n     -dir [void]\n"
-                    "   [X:\\scratch\\void]: \n     -dir [\xFC]\n   [X:\\scratch\\\xFC]: \n"
-                    "     -del ??\n\n\n"
-                  + end("X:\\scratch\\"),
-              run.output);
-    EXPECT_EQ((Tree{ L"deep", L"deep\\er", L"deep\\er\\new", L"just young" }),
-              treeOf(scratch.path));
-}
-
-TEST(Sweep, ReportsWhatItCannotDeleteAndGoesOn)
-{
-    const ScratchFolder scratch;
-    for (const wchar_t *file : { L"a\\b\\\x0416%s held", L"a\\b\\old", L"old" })
-        makeFile(scratch.path / L"\xFC" / file, old);
-    const HANDLE held = CreateFileW(L"X:\\scratch\\\xFC\\a\\b\\\x0416%s held", GENERIC_READ, 0,
-                                    nullptr, OPEN_EXISTING, 0, nullptr);
-    const ProgramRun run = runProgram(L"X:\\scratch\\\xFC* -v -v");
     CloseHandle(held);
-    const std::string folder = "X:\\scratch\\\xFC";
-    EXPECT_EQ(banner + "Searching for folders matching '" + folder + "*'." + start(folder)
-                  + progress(folder) + "  2 files deleted (0 Kib). \n\n\nErrors:\n " + folder
-                  + "\\a\\b\\?%s held:Unable to delete file; Error 32: " + systemMessage(32)
-                  + "..\n \n\n\n   [" + folder + "]: \n     -dir [a]\n   [" + folder
-                  + "\\a]: \n     -dir [b]\n   [" + folder
-                  + "\\a\\b]: \n     -del old\n     -del ?%s held\n     -del old\n\n\n"
-                  + end(folder),
-              run.output);
+    const std::string details =
+        "\nErrors:\n X:\\scratch\\h\\?%s held:Unable to delete file; " + systemError(32)
+        + "..\n \n\n\n   [X:\\scratch\\]: \n     -dir [%s 100%]\n   [X:\\scratch\\%s 100%]: \n"
+          "     -del %n.txt\n     -dir [deep]\n   [X:\\scratch\\deep]: \n     -dir [er]\n"
+          "   [X:\\scratch\\deep\\er]: \n     -del old\n     -ignT young\n     -dir [gone]\n"
+          "   [X:\\scratch\\gone]: \n     -dir [a]\n   [X:\\scratch\\gone\\a]: \n     -del old\n"
+          "     -dir [h]\n   [X:\\scratch\\h]: \n     -del old\n     -del ?%s held\n"
+          "     -del hidden\n     -ignT just young\n     -del readonly\n     -dir [void]\n"
+          "   [X:\\scratch\\void]: \n     -dir [\xFC]\n   [X:\\scratch\\\xFC]: \n     -del "
+          "??\n\n\n";
+    EXPECT_EQ(reportOn("X:\\scratch\\", "7 files deleted (1 955", "14", details), run.output);
     EXPECT_EQ(0u, run.exitCode);
-    EXPECT_EQ((Tree{ L"\xFC", L"\xFC\\a", L"\xFC\\a\\b", L"\xFC\\a\\b\\\x0416%s held" }),
-              treeOf(scratch.path));
-}
-
-// A search pattern is its folder, a backslash and "*", and 4 units more with the prefix: a folder
-// of 494 units, with a file of 496, is the longest whose entries are seen.
-TEST(Sweep, ReachesPathsThatFitAndLeavesLongerOnesAlone)
-{
-    for (const std::size_t length : { 239u, 240u, 241u, 242u, 243u, 270u, 496u, 497u, 498u }) {
-        SCOPED_TRACE(length);
-        const ScratchFolder scratch;
-        std::string folder = "X:\\scratch\\" + std::string(length > 250 ? 230 : 100, 'm') + "\\";
-        folder += std::string(length - folder.size() - 2, 'f');
-        const std::wstring wideFolder(folder.begin(), folder.end());
-        makeFile(wideFolder + L"\\o", old);
-        const bool fits = length <= 496;
-        const std::string report =
-            fits ? "  1 files deleted (0 Kib). \n\n"
-                 : "  0 files deleted (0 Kib). \n\n\nErrors:\n Error deleting folder " + folder
-                       + ":Error 145: " + systemMessage(145) + ".\n \n\n";
-        EXPECT_EQ(banner + start("X:\\scratch") + progress("X:\\scratch") + report
-                      + end("X:\\scratch"),
-                  runProgram(L"X:\\scratch -do 14").output);
-        EXPECT_EQ(fits, DeleteFileW((wideFolder + L"\\o").c_str()) == 0) << "it was left";
-        EXPECT_EQ(fits, RemoveDirectoryW(wideFolder.c_str()) == 0);
-    }
-}
-
-TEST(Sweep, FollowsALinkToAFolder)
-{
-    // X:\links\tree\link leads to X:\links\target.
-    makeFile(L"X:\\links\\target\\old", old);
-    makeFile(L"X:\\links\\target\\new", young);
-    const ProgramRun run = runProgram(L"X:\\links\\tree -v -v");
-    EXPECT_THAT(run.output, testing::HasSubstr("     -dir [link]\n   [X:\\links\\tree\\link]: \n"
-                                               "     -ignT new\n     -del old\n"));
-    EXPECT_TRUE(fs::exists(L"X:\\links\\tree\\link"));
-    EXPECT_EQ(Tree{ L"new" }, treeOf(L"X:\\links\\target"));
+    EXPECT_EQ(L"deep|deep\\er|deep\\er\\young|h|h\\\x0416%s held|just young", treeOf(scratch.path));
 }
 
 TEST(Wildcards, RunEveryMatchingFolder)
 {
-    // Directory, and the folders below X:\scratch\ that are run, each with the number of its
-    // deleted files or a "-" for the warning.
-    const char *const rows[][2] = {
-        { "X:\\scratch\\M*\\T", "ma\\T 1|Me\\T 1|mi\\T -|" },
-        { "X:\\scratch\\m*nothing", "ma 1|Me 1|mi 0|" }, // what is behind the star does not count
-        { "X:\\scratch\\m*\\", "ma\\ 1|Me\\ 1|mi\\ 0|" },
-        { "X:\\s*\\m*\\T*\\", "ma\\T\\ 1|Me\\T\\ 1|" },
-        { "X:/scratch/m*", "" },
-        { "X:/scratch/*/T", "ma 1|Me 1|mi 0|x 1|" }, // all in the folder in front of the star
-    };
-    for (const auto &row : rows) {
-        const std::string directory = row[0];
-        SCOPED_TRACE(directory);
-        const ScratchFolder scratch;
-        for (const wchar_t *file : { L"ma\\T\\old", L"Me\\T\\old", L"x\\T\\old", L"m file" })
-            makeFile(scratch.path / file, old);
+    // Directory, above the folders that are run, these with the number of their deleted files or
+    // "-" for the warning, and what is left of ma, Me, x.
+    for (const QStringList &row : rowsOf(R"(
+            X:\scratch\M*\T X:\scratch\ ma\T|1|Me\T|1|mi\T|- x   X:\scratch\m*no X:\scratch\ ma|1|Me|1|mi|0 x
+            X:\scratch\m*\ X:\scratch\ ma\|1|Me\|1|mi\|0 x       X:\s*\m*\T*\ X:\scratch\ ma\T\|1|Me\T\|1 x
+            X:/scratch/m* '' '' maMex    X:/scratch/*/T X:/scratch/\ ma|1|Me|1|mi|0|x|1 '')",
+                                         4)) {
+        SCOPED_TRACE(row[0].toStdString());
+        const ScratchFolder scratch(L"ma\\T\\old|Me\\T\\old|x\\T\\old|m file");
         fs::create_directory(scratch.path / L"mi");
-
-        std::string expected = "Searching for folders matching '" + directory + "'.";
-        std::istringstream runs(row[1]);
-        const bool isSlashed = directory == "X:/scratch/*/T";
-        for (std::string name, deleted; runs >> name && std::getline(runs, deleted, '|');) {
-            const std::string folder = (isSlashed ? "X:/scratch/\\" : "X:\\scratch\\") + name;
-            const bool isFirst = expected.find("Starting") == std::string::npos;
-            if (deleted == " -")
-                expected += "Warning: directory " + folder + " does not exist!\n";
-            else // the next progress line is due 5 seconds later
-                expected += start(folder) + (isFirst ? progress(folder) : "") + " " + deleted
-                            + " files deleted (0 Kib). \n\n" + end(folder);
+        std::string expected = "Searching for folders matching '" + row[0].toStdString() + "'.";
+        const QStringList runs = row[2].split(QLatin1Char('|'));
+        for (int i = 0; i + 1 < runs.size(); i += 2) {
+            const std::string folder = (row[1] + runs[i]).toStdString();
+            const std::string deleted = runs[i + 1].toStdString();
+            expected += deleted == "-"
+                            ? "Warning: directory " + folder + " does not exist!\n"
+                            : reportOn(folder, deleted + " files deleted (0", "14", "", i == 0);
         }
-        const std::wstring argument(directory.begin(), directory.end());
-        EXPECT_EQ(banner + expected, runProgram(L"-do 14 " + argument).output);
-        EXPECT_EQ(*row[1] == '\0', fs::exists(scratch.path / L"Me\\T\\old"));
+        EXPECT_EQ(expected, runProgram(L"-do 14 " + row[0].toStdWString()).output);
+        for (const char *name : { "ma", "Me", "x" })
+            EXPECT_EQ(row[3].contains(q(name)),
+                      fs::exists(scratch.path / q(name).toStdWString() / L"T\\old"));
         EXPECT_TRUE(fs::exists(scratch.path / L"m file") && fs::exists(scratch.path / L"mi"));
-        EXPECT_EQ(isSlashed, !fs::exists(scratch.path / L"x\\T\\old"));
     }
-}
-
-TEST(Sweep, WorksOnANetworkPath)
-{
-    makeFile(L"X:\\share\\folder\\sub\\old", old);
-    const std::string folder = "\\\\server\\share\\folder";
-    EXPECT_EQ(banner + start(folder) + progress(folder) + "  1 files deleted (0 Kib). \n\n"
-                  + end(folder),
-              runProgram(L"\\\\server\\share\\folder -do 14").output);
-    EXPECT_EQ(Tree(), treeOf(L"X:\\share\\folder"));
 }
 
 } // namespace

@@ -5,9 +5,10 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size);
 
 /// Ends the run as a finding.
 inline void require(bool holds)
@@ -22,7 +23,7 @@ inline std::u16string takeUnits(FuzzedDataProvider &data, std::size_t most)
 {
     static const std::u16string frequent = u"aA\\\\\\///...*<>:bBzZ&;#19\"=- \x00E9\xD800\xFEFF";
     std::u16string text;
-    most = data.ConsumeIntegral<unsigned char>() < 8 ? most : std::min<std::size_t>(most, 24);
+    most = data.ConsumeIntegral<unsigned char>() < 8 ? most : 24;
     for (auto count = data.ConsumeIntegralInRange<std::size_t>(0, most); count > 0; --count) {
         const auto byte = data.ConsumeIntegral<unsigned char>();
         text += byte < 250 ? frequent[byte % frequent.size()] : data.ConsumeIntegral<char16_t>();
@@ -30,12 +31,7 @@ inline std::u16string takeUnits(FuzzedDataProvider &data, std::size_t most)
     return text;
 }
 
-inline QString toQString(const std::u16string &text)
-{
-    return QString(reinterpret_cast<const QChar *>(text.data()), static_cast<int>(text.size()));
-}
-
 inline QString takeText(FuzzedDataProvider &data, std::size_t most)
 {
-    return toQString(takeUnits(data, most));
+    return QString::fromStdU16String(takeUnits(data, most));
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Checks what the program asks the system for: at its start nothing but the C run-time library and
 # the kernel's DLL, later only DLLs that Windows 10 and later bring along, and the formatted print of
-# the C run-time library, not the compiler's. And that it is not more than 2.5 MB when stripped.
+# the C run-time library, not the compiler's. And that it tells its version and is not more than 2.5 MB
+# when stripped.
 #
 # usage: check_imports.sh PROGRAM TOOL-PREFIX
 set -euo pipefail
@@ -26,6 +27,7 @@ if ! "$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 
   echo "The start-up code is told to expand wildcards."
   exit 1
 fi
+strings -el "$1" | grep -A 1 -x ProductVersion | grep -xF 8.4.02 >/dev/null || { echo "no version"; exit 1; }
 stripped=$(mktemp)
 trap 'rm "$stripped"' EXIT
 "$2strip" -o "$stripped" "$1"

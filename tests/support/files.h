@@ -1,34 +1,66 @@
-// Real files and folders for the tests.
+// Real files and folders for the tests. A tree is written as one line: paths relative to its
+// folder, sorted, with a "|" between them.
 #pragma once
 
 #include <fcntl.h>
 #include <io.h>
-#include <sys/stat.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace fs = std::filesystem;
-
-using Tree = std::vector<std::wstring>;
 
 constexpr double old = 30; // days, twice the default limit
 constexpr double young = 1;
 
-/// A folder of its own on the scratch drive, empty at first and removed with all in it.
+/// Makes a file, last written so many days ago, and the folders above it.
+inline void makeFile(const fs::path &path, double daysOld = old, std::uintmax_t bytes = 0,
+                     DWORD attributes = FILE_ATTRIBUTE_NORMAL)
+{
+    fs::create_directories(path.parent_path());
+    std::fclose(_wfopen(path.c_str(), L"wb"));
+    fs::resize_file(path, bytes);
+    fs::last_write_time(path, fs::file_time_type::clock::now()
+                                  - std::chrono::seconds(static_cast<long long>(daysOld * 86400)));
+    SetFileAttributesW(path.c_str(), attributes);
+}
+
+/// Makes a tree of files: young ones where the path says so, old ones otherwise.
+inline void makeFiles(const fs::path &folder, const std::wstring &tree)
+{
+    for (std::size_t from = 0, end = 0; from < tree.size(); from = end + 1) {
+        end = std::min(tree.find(L'|', from), tree.size());
+        const std::wstring path = tree.substr(from, end - from);
+        makeFile(folder / path, path.find(L"young") == std::wstring::npos ? old : young);
+    }
+}
+
+inline std::wstring treeOf(const fs::path &folder)
+{
+    std::set<std::wstring> paths;
+    for (const fs::directory_entry &entry : fs::recursive_directory_iterator(folder))
+        paths.insert(entry.path().wstring().substr(folder.wstring().size() + 1));
+    std::wstring tree;
+    for (const std::wstring &path : paths)
+        tree += (tree.empty() ? L"" : L"|") + path;
+    return tree;
+}
+
+/// A folder of its own on the scratch drive, with these files, and removed with all in it.
 struct ScratchFolder
 {
-    ScratchFolder() { fs::create_directories(path); }
+    explicit ScratchFolder(const std::wstring &tree = L"")
+    {
+        fs::create_directories(path);
+        makeFiles(path, tree);
+    }
     ~ScratchFolder()
     {
         std::error_code ignored; // a failed assertion may have left what it cannot reach
-        for (const fs::directory_entry &entry : fs::recursive_directory_iterator(path, ignored))
-            SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
         fs::remove_all(path, ignored);
     }
     ScratchFolder(const ScratchFolder &) = delete;
@@ -37,54 +69,37 @@ struct ScratchFolder
     const fs::path path = L"X:\\scratch";
 };
 
-/// Makes a file, last written so many days ago, and the folders above it.
-inline void makeFile(const fs::path &path, double daysOld, int bytes = 0,
-                     DWORD attributes = FILE_ATTRIBUTE_NORMAL)
+/// Opens a file or folder without sharing it; to be closed by the caller.
+inline HANDLE holdOpen(const fs::path &path)
 {
-    fs::create_directories(path.parent_path());
-    std::fclose(_wfopen(path.c_str(), L"wb"));
-    fs::resize_file(path, static_cast<std::uintmax_t>(bytes));
-    const std::chrono::duration<double> age(daysOld * 24 * 3600);
-    fs::last_write_time(path, fs::file_time_type::clock::now()
-                                  - std::chrono::duration_cast<std::chrono::seconds>(age));
-    SetFileAttributesW(path.c_str(), attributes);
+    return CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                       FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
 
-/// The paths below a folder, relative to it and sorted.
-inline Tree treeOf(const fs::path &folder)
-{
-    Tree paths;
-    for (const fs::directory_entry &entry : fs::recursive_directory_iterator(folder))
-        paths.push_back(entry.path().wstring().substr(folder.wstring().size() + 1));
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
-/// What a function has put into standard output so far, not counting what the C library still
-/// holds.
+/// What a function has put into standard output so far, without what the C library still holds.
 template <typename Function>
 std::string flushedBy(Function function)
 {
     std::fflush(stdout);
+    int pipe[2];
+    _pipe(pipe, 65536, _O_BINARY);
     const int output = _dup(1);
-    const int file = _wopen(L"X:\\flushed", _O_CREAT | _O_TRUNC | _O_RDWR | _O_BINARY, _S_IWRITE);
-    _dup2(file, 1);
+    _dup2(pipe[1], 1);
+    _close(pipe[1]);
     function();
-    std::string text(static_cast<std::size_t>(_filelength(file)), ' ');
-    _lseek(file, 0, SEEK_SET);
-    _read(file, text.data(), static_cast<unsigned>(text.size()));
-    std::fflush(stdout);
     _dup2(output, 1);
+    std::string text(65536, ' ');
+    text.resize(static_cast<std::size_t>(_read(pipe[0], text.data(), 65536)));
     _close(output);
-    _close(file);
+    _close(pipe[0]);
     return text;
 }
 
-/// The system's message for a code, without the line break at its end.
-inline std::string systemMessage(DWORD code)
+/// "Error 5: Access denied." for 5, the message being the system's.
+inline std::string systemError(DWORD code)
 {
     char message[500];
     const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, message,
                                         sizeof message, nullptr);
-    return std::string(message, length).substr(0, std::string(message, length).find("\r\n"));
+    return "Error " + std::to_string(code) + ": " + std::string(message, length - 2); // CR LF
 }

@@ -28,6 +28,8 @@ ln -sf /dev/full "$3/full disk"
 ram=/dev/shm/kxDeleteOldFiles-$(id -u)-$(cksum <<<"$3" | cut -d ' ' -f 1)
 rm -rf "$ram"
 mkdir -p "$ram/model"
-touch -d '1601-01-01 00:05 UTC' "$ram/model/five minutes"
-touch -d '1601-01-02 UTC' "$ram/model/one day"
+for time in '1601-01-01 00:05' 1601-01-02 1902-01-01 '1969-12-31 23:59:59' 1970-01-01 \
+  '2038-01-19 03:14:07' '2038-01-19 03:14:08' 2400-01-01; do
+  touch -d "$time UTC" "$ram/model/${time//:/}"
+done
 ln -sfn "$ram" "$3/ram"

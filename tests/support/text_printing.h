@@ -3,8 +3,9 @@
 
 #include "text/fixed_string.h"
 
+#include <QStringList>
+
 #include <ostream>
-#include <string>
 
 inline void PrintTo(const QString &text, std::ostream *out)
 {
@@ -14,12 +15,23 @@ inline void PrintTo(const QString &text, std::ostream *out)
 /// Latin-1 text as a QString.
 inline QString q(const char *text) { return QString::fromLatin1(text); }
 
-inline QString q(const std::wstring &text)
-{
-    return QString(reinterpret_cast<const QChar *>(text.data()), static_cast<int>(text.size()));
-}
-
 /// `count` times the letter.
 inline QString run(int count, char letter = 'x') { return QString(count, QLatin1Char(letter)); }
 
 inline FixedWideString wide(const QString &text) { return fixedText<FixedWideString>(text); }
+
+/// The rows of a table of words. "''" is an empty word, "~" a blank in one, "^" a line feed, and
+/// "->" between words is for the eye only.
+inline QList<QStringList> rowsOf(const char *table, int columns)
+{
+    QList<QStringList> rows;
+    for (QString word : q(table).simplified().split(QLatin1Char(' '))) {
+        if (word == q("->"))
+            continue;
+        if (rows.isEmpty() || rows.last().size() == columns)
+            rows.append(QStringList());
+        word.replace(q("''"), q("")).replace(q("~"), q(" ")).replace(q("^"), q("\n"));
+        rows.last().append(word);
+    }
+    return rows;
+}
