@@ -7,17 +7,15 @@
 
 namespace {
 
-const QString separator = QString::fromLatin1("\\");
+constexpr QChar backslash = QLatin1Char('\\');
 
 const char *const accepted = "]";
 const char *const acceptedByFlag = ": VALID!]";
 const char *const rejected = ": invalid]";
 
-QString argument(char **argv, int index) { return QString::fromLatin1(argv[index]); }
-
 QString twoFoldersUp(const QString &folder)
 {
-    return parentFolder(parentFolder(folder, separator.at(0)), separator.at(0));
+    return parentFolder(parentFolder(folder, backslash), backslash);
 }
 
 /// Notes whether the candidate is a root, and empties it when it is not.
@@ -38,8 +36,11 @@ QString rootFromFlag(int argc, char **argv, QString &rootLog, bool &startedOutsi
         rootLog += value;
     }
     judge(candidate, rootLog, acceptedByFlag);
-    if (!candidate.isEmpty() && argument(argv, 0).mid(1, 1) == QLatin1String(":"))
-        startedOutsideRoot = !argument(argv, 0).startsWith(candidate);
+    if (candidate.isEmpty())
+        return candidate;
+    const QString programName = QString::fromLatin1(argv[0]);
+    if (programName.mid(1, 1) == QLatin1String(":"))
+        startedOutsideRoot = !programName.startsWith(candidate);
     return candidate;
 }
 
@@ -71,7 +72,7 @@ void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLo
 
 QString rootFromProgramName(const QString &programName)
 {
-    const qint32 last = programName.lastIndexOf(separator);
+    const qint32 last = programName.lastIndexOf(backslash);
     if (last <= 2) // no folder behind a drive
         return QString();
     const QString candidate = twoFoldersUp(programName.left(last + 1));
@@ -85,7 +86,7 @@ void leaveVersionFolder(InstallPaths &paths)
     if (!root.endsWithNoCase(fixedText<FixedWideString250>("_KX9"))
         && !root.endsWithNoCase(fixedText<FixedWideString250>("_KX9\\")))
         return;
-    const QString parent = parentFolder(root.toQString(), separator.at(0));
+    const QString parent = parentFolder(root.toQString(), backslash);
     if (isValidRoot(parent))
         root.assignQString(parent);
 }
@@ -102,7 +103,7 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
         candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
     tryProgramFolder(candidate, argc, argv, rootLog);
     if (candidate.isEmpty() && argc >= 1)
-        candidate = rootFromProgramName(argument(argv, 0));
+        candidate = rootFromProgramName(QString::fromLatin1(argv[0]));
     if (candidate.isEmpty())
         candidate = rootFromEnvironment("KX_ROOT", rootLog);
     if (candidate.isEmpty())

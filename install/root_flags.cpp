@@ -5,8 +5,6 @@
 
 namespace {
 
-QString argument(char **argv, int index) { return QString::fromLatin1(argv[index]); }
-
 bool isFlag(const QString &text, const char *flag)
 {
     return text.startsWith(QLatin1String(flag), Qt::CaseInsensitive);
@@ -35,8 +33,8 @@ QStringList rootFlagValues(int argc, char **argv)
 {
     QStringList values;
     for (int i = 1; i + 1 < argc; ++i) {
-        if (isFlag(decodeEntities(argument(argv, i)), "-kxRoot"))
-            values.append(closedFolder(decodeEntities(argument(argv, i + 1))));
+        if (isFlag(decodeEntities(QString::fromLatin1(argv[i])), "-kxRoot"))
+            values.append(closedFolder(decodeEntities(QString::fromLatin1(argv[i + 1]))));
     }
     return values;
 }
@@ -45,6 +43,6 @@ void readStatusFlags(InstallPaths &paths, int argc, char **argv)
 {
     paths.entries[statusFolder].clear();
     for (int i = 1; i + 1 < argc; ++i)
-        if (isFlag(argument(argv, i), "-loadstatus"))
-            setStatusFolder(paths, decodeEntities(argument(argv, i + 1)));
+        if (isFlag(QString::fromLatin1(argv[i]), "-loadstatus"))
+            setStatusFolder(paths, decodeEntities(QString::fromLatin1(argv[i + 1])));
 }
