@@ -12,7 +12,7 @@ void printBanner()
     print(" " KX_VERSION);
     print("\n");
     print(". ");
-    print("Deletes old files and the folders that this empties.");
+    print(KX_DESCRIPTION);
     print("\n");
     print("%s", rule);
 }

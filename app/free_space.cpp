@@ -7,6 +7,7 @@ namespace {
 
 constexpr qint32 rootBufferUnits = 255; // the terminator included
 constexpr int bytesPerMiBShift = 20;
+constexpr quint32 unknownFreeSpaceMiB = 1000; // to a report's reader a number like any other
 
 } // namespace
 

@@ -3,9 +3,6 @@
 
 #include <QString>
 
-/// Stands for an amount that can't be found out, for the reports' readers a plain number of MiB.
-constexpr quint32 unknownFreeSpaceMiB = 1000;
-
 /// Whole MiB that the caller may still use on the path's drive, rounded down, as 32 bits
 /// (GetDiskFreeSpaceExW). 1000 when the path has no root, the root has 255 UTF-16 units or more,
 /// or the platform does not tell.

@@ -1,10 +1,6 @@
 #include "app/free_space_root.h"
 
-namespace {
-
-constexpr QChar backslash = QLatin1Char('\\');
-
-} // namespace
+#include "text/path.h"
 
 QString freeSpaceRoot(const QString &path)
 {

@@ -5,6 +5,7 @@
 #include "app/root_check.h"
 #include "app/wildcard_folders.h"
 #include "sweep/console.h"
+#include "text/path.h"
 
 // Read by the C start-up: a "*" in an argument arrives as typed, it is not expanded to names.
 extern "C" {
@@ -41,7 +42,7 @@ int main(int argc, char **argv)
     }
 
     progressStamp = 0;
-    if (options.directory.contains(QLatin1Char('*')))
+    if (options.directory.contains(asterisk))
         print("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
     expandWildcardFolders(options.directory, options.daysOld, options.verbose);
     return exitDone;

@@ -1,5 +1,6 @@
-// The product's version: what the banner shows, and the version resource of the program.
+// What the banner and the version resource of the program tell of it.
 #pragma once
 
-#define KX_VERSION "8.4.02"           // NOLINT: joined with other literals
+#define KX_VERSION "8.4.02" // NOLINT: joined with other literals
+#define KX_DESCRIPTION "Deletes old files and the folders that this empties." // NOLINT: the same
 #define KX_VERSION_NUMBERS 8, 4, 2, 0 // NOLINT: read by the resource compiler too

@@ -3,12 +3,7 @@
 #include "app/folder_run.h"
 #include "app/wildcard_parts.h"
 #include "sweep/dir_listing.h"
-
-namespace {
-
-constexpr QChar asterisk = QLatin1Char('*');
-
-} // namespace
+#include "text/path.h"
 
 void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verbose)
 {
@@ -27,7 +22,6 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     DirListing::open(entry, parts.base + parts.nameStart + asterisk, true, false, false, false);
     while (DirListing::next(entry)) {
         const QString name = DirListing::name(entry);
-        // Windows has no such names, but disks of other systems do; they would be expanded forever.
         if (DirListing::isFolder(entry) && !name.contains(asterisk))
             expandWildcardFolders(parts.base + name + parts.rest, daysOld, verbose);
     }

@@ -8,5 +8,6 @@
 /// none, gives no output.
 ///
 /// Text between a "*" and the next backslash does not restrict the folders: a*b matches every
-/// folder that begins with a. That is deliberate, no full pattern is meant.
+/// folder that begins with a. That is deliberate, no full pattern is meant. A folder with a "*" in
+/// its own name, which other systems can make, is passed over: it would be expanded forever.
 void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verbose);

@@ -2,13 +2,6 @@
 
 #include "text/path.h"
 
-namespace {
-
-constexpr QChar asterisk = QLatin1Char('*');
-constexpr QChar backslash = QLatin1Char('\\');
-
-} // namespace
-
 WildcardParts splitAtWildcard(const QString &path)
 {
     const qint32 star = path.indexOf(asterisk);

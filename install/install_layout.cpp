@@ -29,7 +29,6 @@ constexpr Folder belowExecutablesRoot[] = {
     { serverNotifyPlugins, "plugins64\\server_notify\\" },
     { imagePlugins, "plugins64\\image\\" },
     { sceneParserPlugins, "plugins64\\submitter_sceneparser\\" },
-    { pluginsFolder, "plugins\\" },
 };
 
 // The settings of the render applications: those that may come from either root, and the others.
@@ -74,11 +73,10 @@ void setFolders(InstallPaths &paths, const QString &root, const Folder (&folders
         setFolder(paths, folder.entry, root + QLatin1String(folder.below));
 }
 
-/// The data of a debug build is that of its release twin.
-void turnDebugIntoRelease(FixedWideString250 &folder)
+/// The folder's release twin: the data of a debug build is there.
+QString releaseTwin(QString folder)
 {
-    folder.replaceAllNoCase(fixedText<FixedWideString250>("_debug"),
-                            fixedText<FixedWideString250>("_release"));
+    return folder.replace(QLatin1String("_debug"), QLatin1String("_release"), Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -86,7 +84,7 @@ void turnDebugIntoRelease(FixedWideString250 &folder)
 void layOutBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot, bool renderAppsFromExeRoot,
                       bool win64Binaries)
 {
-    turnDebugIntoRelease(paths.entries[installRoot]);
+    setFolder(paths, installRoot, releaseTwin(folderOf(paths, installRoot)));
     const QString root = folderOf(paths, installRoot);
     const QString programs = folderOf(paths, executablesRoot);
     const QLatin1String renderApps("render_apps\\");
@@ -104,7 +102,7 @@ void layOutBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot, bool rende
     setFolders(paths, programs, belowExecutablesRoot);
     if (!win64Binaries)
         paths.entries[bin64Folder] = paths.entries[binFolder];
-    turnDebugIntoRelease(paths.entries[pluginsFolder]);
+    setFolder(paths, pluginsFolder, releaseTwin(programs + QLatin1String("plugins\\")));
     paths.entries[unusedFolder].clear();
 }
 

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr QChar backslash = QLatin1Char('\\');
-
 const char *const accepted = "]";
 const char *const acceptedByFlag = ": VALID!]";
 const char *const rejected = ": invalid]";

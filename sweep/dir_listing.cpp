@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr QChar backslash = QLatin1Char('\\');
-constexpr QChar asterisk = QLatin1Char('*');
-
 void closeSearch(DirListing &listing)
 {
     if (listing.findHandle != INVALID_HANDLE_VALUE)

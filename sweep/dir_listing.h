@@ -57,6 +57,7 @@ struct DirListing
     // Of the current entry, that is after `next` gave true.
     static bool isFolder(DirListingHandle &handle);
     static QString name(const DirListingHandle &handle);
+    /// The name behind the listed folder; not made absolute.
     static QString fullPath(const DirListingHandle &handle);
     /// Last-write time, or the creation time when the upper 32 bits of the former are 0.
     static TimeStamp time(DirListingHandle &handle);
@@ -95,5 +96,5 @@ struct DirListing
     QList<TimeStamp> times;
     QList<qint64> sizes;
     QVector<bool> folderFlags; // one byte each; a QList takes eight
-    DirListingHandle *owner = nullptr;
+    DirListingHandle *owner = nullptr; // where it lives, for who has but the listing
 };

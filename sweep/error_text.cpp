@@ -2,6 +2,8 @@
 
 #include "sweep/windows_api.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr DWORD userLanguage = 0x400; // neutral language, default sublanguage

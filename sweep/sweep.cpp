@@ -35,8 +35,6 @@ struct FolderState
     bool failed = false; // to delete a file
 };
 
-QLatin1String latin1(const char *text) { return QLatin1String(text); }
-
 /// Where decisions are logged, the names of deleted files apart; or null.
 QString *decisionLog(const Sweep &sweep) { return sweep.namesOnly ? nullptr : sweep.log; }
 
@@ -110,15 +108,15 @@ void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state
 {
     const qint64 size = DirListing::size(entry);
     // Logged before the attempt, so the line stands for a file that then can't be deleted too.
-    append(sweep.log, latin1(sweep.namesOnly ? "" : "     -del "), DirListing::name(entry),
-           latin1("\n"));
+    append(sweep.log, QLatin1String(sweep.namesOnly ? "" : "     -del "), DirListing::name(entry),
+           QLatin1String("\n"));
     const QString path = DirListing::fullPath(entry);
     const QString error = deleteFile(path);
     if (error.isEmpty()) {
         countDeletion(sweep, size);
         return;
     }
-    append(sweep.errors, path, latin1(":"), error, latin1("\n"));
+    append(sweep.errors, path, QLatin1String(":"), error, QLatin1String("\n"));
     state.failed = true;
     state.nothingLeft = false;
 }
@@ -128,13 +126,13 @@ void sweepFile(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
     const QString name = DirListing::name(entry);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
-        append(decisionLog(sweep), latin1("     -ignS "), name, latin1("   '"), *suffix,
-               latin1("'\n"));
+        append(decisionLog(sweep), QLatin1String("     -ignS "), name, QLatin1String("   '"),
+               *suffix, QLatin1String("'\n"));
         keep(state);
         return;
     }
     if (!isOldEnough(sweep, state, DirListing::time(entry))) {
-        append(decisionLog(sweep), latin1("     -ignT "), name, latin1("\n"));
+        append(decisionLog(sweep), QLatin1String("     -ignT "), name, QLatin1String("\n"));
         keep(state);
         return;
     }
@@ -150,14 +148,14 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &entry, FolderSta
     const QString name = DirListing::name(entry);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
-        append(decisionLog(sweep), latin1("     -ign ["), name, latin1("]  '"), *suffix,
-               latin1("'\n"));
+        append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
+               *suffix, QLatin1String("'\n"));
         // Not kept, unlike a file: the removal of the folder around it is still tried, fails, and
         // that failure is what tells of the subfolder.
         state.nothingLeft = false;
         return;
     }
-    append(decisionLog(sweep), latin1("     -dir ["), name, latin1("]\n"));
+    append(decisionLog(sweep), QLatin1String("     -dir ["), name, QLatin1String("]\n"));
     if (!sweepTree(sweep, DirListing::fullPath(entry), sweep.recurse))
         keep(state);
 }
@@ -167,8 +165,8 @@ bool removeEmptied(const Sweep &sweep, const QString &folder)
     if (removeFolder(folder))
         return true;
     const FixedWideString reason = systemErrorText(lastErrorCode);
-    append(sweep.errors, latin1("Error deleting folder "), folder, latin1(":"), reason.toQString(),
-           latin1("\n"));
+    append(sweep.errors, QLatin1String("Error deleting folder "), folder, QLatin1String(":"),
+           reason.toQString(), QLatin1String("\n"));
     return false;
 }
 
@@ -182,7 +180,7 @@ bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
     DirListingHandle entry;
     DirListing::create(entry);
     DirListing::open(entry, folder, true, true, false, false);
-    append(decisionLog(sweep), latin1("   ["), folder, latin1("]: \n"));
+    append(decisionLog(sweep), QLatin1String("   ["), folder, QLatin1String("]: \n"));
     reserveLog(sweep, *entry.listing);
     FolderState state;
     currentTime(state.now);

@@ -342,8 +342,6 @@ qint32 FixedString<Unit, Capacity>::indexOfNoCase(const FixedString &text, qint3
     const qint32 start = qMax(from, 0);
     if (text.isEmpty() || text.length > length - start)
         return -1;
-    if (text.length == length)
-        return compareNoCase(text) == 0 ? 0 : -1;
 
     // One pass: the sum of a span's units is kept up as the span slides, and only where it equals
     // that of the searched text are the units themselves compared.

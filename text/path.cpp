@@ -2,8 +2,12 @@
 
 namespace {
 
-constexpr char16_t backslash = u'\\';
-constexpr char16_t slash = u'/';
+constexpr char16_t backslashUnit = u'\\';
+constexpr char16_t slashUnit = u'/';
+constexpr char longPathPrefix[] = "\\\\?\\";
+constexpr char longNetworkPrefix[] = "\\\\?\\UNC"; // in place of the first backslash
+static_assert(sizeof longPathPrefix - 1 == longPathPrefixUnits, "without the terminator");
+static_assert(sizeof longNetworkPrefix - 2 == longNetworkPrefixUnits, "and without a backslash");
 constexpr qint32 parentReferenceLength = 3; // two full stops and the separator
 
 // The rules below stand once for both kinds of text. These overloads are what a kind does its own
@@ -165,16 +169,14 @@ void normalize(Text &path, char16_t separator)
 
 QString normalizePath(QString path)
 {
-    if (path.size() < 2)
-        return path;
-    normalize(path, path.contains(QChar(backslash)) ? backslash : slash);
+    normalize(path, path.contains(backslash) ? backslashUnit : slashUnit);
     return path;
 }
 
 FixedWideString normalizePathFixed(FixedWideString &path)
 {
     if (path.length >= 2)
-        normalize(path.toBackslashes(), backslash);
+        normalize(path.toBackslashes(), backslashUnit);
     return path;
 }
 
@@ -186,35 +188,33 @@ QString parentFolder(QString path, QChar separator)
 
 FixedWideString parentFolderFixed(FixedWideString &path)
 {
-    goUpOneFolder(path, backslash);
+    goUpOneFolder(path, backslashUnit);
     return path;
 }
 
 QString closedFolder(const QString &path)
 {
-    return endsWithUnit(path, backslash) || endsWithUnit(path, slash) ? path
-                                                                      : path + QChar(backslash);
+    return path.endsWith(backslash) || path.endsWith(QChar(slashUnit)) ? path : path + backslash;
 }
 
 QString toBackslashPath(const QString &path)
 {
     QString result = path;
-    result.replace(QChar(slash), QChar(backslash));
+    result.replace(QChar(slashUnit), backslash);
     return result;
 }
 
-qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslash); }
+qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslashUnit); }
 
 QString folderOfPath(QString path)
 {
-    if (path.size() < 3 || endsWithUnit(path, backslash))
+    if (path.size() < 3 || path.endsWith(backslash))
         return path;
-    const qint32 last = path.lastIndexOf(QChar(backslash));
-    const bool isBareShare =
-        hasUnitAt(path, 1, backslash) && path.indexOf(QChar(backslash), 2) == last;
+    const qint32 last = path.lastIndexOf(backslash);
+    const bool isBareShare = path.at(1) == backslash && path.indexOf(backslash, 2) == last;
     if (last > 1 && !isBareShare)
         path.truncate(last);
-    path += QChar(backslash);
+    path += backslash;
     return path;
 }
 
@@ -224,9 +224,9 @@ const FixedWideString &withLongPathPrefix(FixedWideString &destination,
     destination.assign(source);
     if (source.isUncPath()) {
         destination.removeRange(0, 1);
-        destination.insertAt(0, fixedText<FixedWideString>("\\\\?\\UNC"));
+        destination.insertAt(0, fixedText<FixedWideString>(longNetworkPrefix));
     } else {
-        destination.insertAt(0, fixedText<FixedWideString>("\\\\?\\"));
+        destination.insertAt(0, fixedText<FixedWideString>(longPathPrefix));
     }
     return destination;
 }
