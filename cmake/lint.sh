@@ -25,7 +25,7 @@ checks=(
   -cppcoreguidelines-pro-bounds-pointer-arithmetic       # argv and fixed strings
   -cppcoreguidelines-pro-type-reinterpret-cast # one unit is QChar, char16_t and wchar_t
   -cppcoreguidelines-pro-type-vararg           # printf is what the output goes through
-  -cert-err34-c                         # atoi in the benchmark and the tests
+  -cert-err34-c                         # atoi in the benchmark
   -misc-misplaced-const                 # a const HANDLE is meant to be a constant handle
   -misc-no-recursion                    # folders in folders
   -misc-non-private-member-variables-in-classes # plain structs

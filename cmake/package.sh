@@ -23,7 +23,7 @@ dos() {
 mkdir -p "$stage/licences" "$stage/relink"
 "$toolchain/bin/ucrt64-strip" -p -o "$stage/kxDeleteOldFiles.exe" "$program"
 dos docs/manual.md >"$stage/manual.txt"
-dos cmake/notices.txt >"$stage/licences/notices.txt"
+sed "s/@SOURCE@/$(cat "$qtcore/SOURCE")/" cmake/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
 dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"

@@ -77,6 +77,7 @@ build() {
   make -C src sub-corelib
   make -C src/corelib install "INSTALL_ROOT=$work/stage"
   cp -a "$work"/source/LICENSE* "$work/stage/qtcore/"
+  basename "$work"/download/*.dsc >"$work/stage/qtcore/SOURCE"
 }
 
 # libdelayed.a: the import libraries of the delayed DLLs in one.

@@ -3,10 +3,10 @@
 #
 # usage: toolchain.sh CACHE
 #
-# The tools are Debian's mingw-w64 compilers, set to link the Universal C run-time instead of the
-# older msvcrt, and to use its formatted print instead of their own. They are called ucrt64-gcc,
-# ucrt64-g++, ucrt64-ar ...; the library and the program are built by the same ones, so that one
-# C run-time serves the whole program.
+# The tools are Debian's mingw-w64 compilers, set to link the Universal C run-time in front of the
+# older msvcrt, which is left with what only it exports (_setjmp), and to use the former's formatted
+# print instead of their own. They are called ucrt64-gcc, ucrt64-g++, ucrt64-ar ...; the library and
+# the program are built by the same ones, so that one C run-time serves the whole program.
 set -euo pipefail
 
 cache=$1
