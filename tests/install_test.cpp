@@ -8,10 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
-void setEnv(const wchar_t *name, const QString &value = QString())
+void setEnv(const wchar_t *name, const QString &value)
 {
     _wputenv_s(name, value.toStdWString().c_str()); // an empty value unsets it
 }
@@ -37,9 +38,7 @@ struct Surroundings
 {
     explicit Surroundings(bool isInstalled = false)
     {
-        for (const wchar_t *name :
-             { L"KX_ROOT", L"KX_ROOT_INSTALLER", L"ProgramFiles", L"ProgramW6432", L"SystemDrive" })
-            setEnv(name);
+        clearVariables();
         fs::remove_all(L"X:\\apps\\sub");
         if (isInstalled)
             makeRoot(q("X:\\apps"));
@@ -128,7 +127,7 @@ TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
             -kxRoot|-kxRoot|X:/scratch/r -kxRoot\X:/scratch/r\:~VALID! X:\scratch\r\ ''
             -kxRoot|X:\scratch\_internal_r X:\scratch\_internal_r\:~VALID! X:\scratch\_r\ ''
             -kxRoot|X:/scratch/_internal_r X:/scratch/_internal_r\:~VALID! X:\scratch\_internal_r\ ''
-            x|-loadstatus|a|-LoadStatusX|b/ :~invalid X:\scratch\r\ b/\
+            x|-loadstatus|a|-LoadStatusX|&lt;/ :~invalid X:\scratch\r\ </\
             x|-loadstatus|D:\s" :~invalid X:\scratch\r\ D:\s\   x|-loadstatus| :~invalid X:\scratch\r\ \
             -kxRoot|X:\scratch\r\a_kx9|-loadstatus|../s X:\scratch\r\a_kx9\:~VALID! X:\scratch\r\ X:\scratch\s\
             -kxRoot|X:\scratch\n\_KX9 X:\scratch\n\_KX9\:~VALID! X:\scratch\n\_KX9\ '')",
@@ -221,7 +220,7 @@ TEST(InstallLayout, DerivesAllFolders)
             if (!expected.isEmpty())
                 expected.replace(0, 1, folders.at(q("REJSCAOPLD").indexOf(expected.at(0))));
             expected.replace(q("\\W\\"), q(row[3].isEmpty() ? "\\win\\" : "\\win64\\"));
-            EXPECT_EQ(expected, found.entry(i)) << "entry " << i << ", " << row[0].toStdString();
+            EXPECT_EQ(expected, found.entry(i)) << "entry " << i << ", " << row[0];
         }
     }
 }
@@ -238,7 +237,7 @@ TEST(InstallRoot, IsKnownByAnyOfItsFiles)
                                          3)) {
         const ScratchFolder scratch;
         writeFile(q("X:\\scratch\\") + row[0]);
-        EXPECT_EQ(row[2] == q("true"), isValidRoot(q("X:\\scratch\\") + row[1]));
+        EXPECT_EQ(row[2], q(isValidRoot(q("X:\\scratch\\") + row[1]) ? "true" : "false")) << row[0];
     }
     EXPECT_FALSE(isValidRoot(QString()));
     // The twin of a debug build is where its relink file is read too.
@@ -257,7 +256,7 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
             \\s\share\ -> \\s\share\   \\s\share\d\ -> \\s\share\ )",
                                          2)) {
         FixedNarrowString250 path = narrow(row[0]);
-        EXPECT_EQ(row[1], parentFolderNarrow(path).toQString());
+        EXPECT_EQ(row[1], parentFolderNarrow(path).toQString()) << row[0];
     }
     // Path, current folder, result.
     for (const QStringList &row : rowsOf(R"(
@@ -267,7 +266,8 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
             tool.exe X:\suite -> tool.exe   Y:\x X:\suite -> Y:\x   \a\x X:\suite -> \a\x
             a\x X:\suite -> '')",
                                          3))
-        EXPECT_EQ(row[2], absoluteProgramPath(narrow(row[0]), narrow(row[1])).toQString());
+        EXPECT_EQ(row[2], absoluteProgramPath(narrow(row[0]), narrow(row[1])).toQString())
+            << row[0];
     const Surroundings surroundings;
     EXPECT_EQ(q(""), getEnv(q("programfiles")));
     setEnv(L"ProgramFiles", q("X:\\32"));

@@ -21,7 +21,7 @@ TEST(FileTime, CountsWholeSecondsFrom1970)
         const quint64 ticks = row[0].toULongLong(); // of 100 ns
         TimeStamp seconds = 7;
         fileTimeToSeconds(seconds, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
-        EXPECT_EQ(row[1].toLongLong(), seconds);
+        EXPECT_EQ(row[1].toLongLong(), seconds) << row[0];
     }
 }
 
@@ -35,6 +35,7 @@ TEST(FileTime, HasElapsedOnlyBehindTheSpan)
     EXPECT_EQ(100, stamp);
     EXPECT_TRUE(hasElapsed(stamp, 5, true, &behind));
     EXPECT_EQ(106, stamp);
+    EXPECT_FALSE(hasElapsed(stamp, 1LL << 32, false, &behind)); // more than 32 bits
     EXPECT_TRUE(hasElapsed(stamp, 5, true));
     EXPECT_FALSE(hasElapsed(stamp, 5, false)); // it is the current time now
 
@@ -55,10 +56,11 @@ TEST(GroupedNumber, SplitsOffThreeGroupsAtMost)
 TEST(FreeSpaceRoot, IsTheDriveOrTheShare)
 {
     for (const QStringList &row : rowsOf(R"(
-            C: -> ''   C:\a\b -> C:\   C:/a -> C:/   \\srv\share\folder -> \\srv\share\
+            C: -> ''   C:\a\b -> C:\   C:/a -> C:/   C:\ -> C:\   \\srv\share\folder -> \\srv\share\
+            \\s\share\x -> \\s\share\
             \\srv\share -> ''   \\srv -> ''   //srv/share/folder -> ''   ab\cd -> ab\ )",
                                          2))
-        EXPECT_EQ(row[1], freeSpaceRoot(row[0])) << row[0].toStdString();
+        EXPECT_EQ(row[1], freeSpaceRoot(row[0])) << row[0];
 }
 
 TEST(Wildcard, IsSplitAtItsComponent)

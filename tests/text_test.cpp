@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 template <typename Fixed>
@@ -33,7 +35,12 @@ TYPED_TEST(FixedStringVariant, CutsAtItsCapacityAndLeavesStaleUnits)
     text.setLength(-1);
     EXPECT_TRUE(text.isEmpty() && text.value[0] == 0);
 
+    const auto unitsBehind = [](const TypeParam &string, int from) {
+        return std::count_if(string.value + from, string.value + capacity + 1,
+                             [](auto unit) { return unit != 0; });
+    };
     text.assignNarrow("abcdef");
+    EXPECT_EQ(0, unitsBehind(text, 6));
     text.setLength(2);
     TypeParam copy;
     copy.assign(text);
@@ -41,10 +48,10 @@ TYPED_TEST(FixedStringVariant, CutsAtItsCapacityAndLeavesStaleUnits)
     EXPECT_EQ(QString(q("ab") + QChar(0) + q("def")), copy.toQString());
     copy.recomputeLength();
     EXPECT_EQ(q("ab"), copy.toQString());
+    std::fill(copy.value + 2, copy.value + capacity + 1, copy.value[0]);
     copy.zeroTail();
     text.clear();
-    for (const TypeParam &cleared : { copy, text })
-        EXPECT_EQ(0, cleared.value[2] | cleared.value[5]);
+    EXPECT_EQ(0, unitsBehind(copy, 2) + unitsBehind(text, 0));
     copy.assignNarrow(nullptr);
     EXPECT_TRUE(copy.isEmpty());
 }
@@ -59,22 +66,32 @@ TEST(FixedString, TakesBytesWithTheirSignAndUnitsAsTheyAre)
     EXPECT_EQ(q("\xE4?") + run(98), narrow.toQString());
 }
 
-TEST(FixedString, FindsAndComparesWithoutRegardToCase)
+TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
 {
     // Text, searched text, start, position.
     for (const QStringList &row : rowsOf("ABC abc 0 -> 0   ABC abd 0 -> -1   ABC '' 0 -> -1 "
                                          "ABC bc 2 -> -1   abXaB AB 1 -> 3   aab ab -7 -> 1 "
                                          "adbcbc bc 0 -> 2", // "ad" has the sum of "bc"
                                          4))
-        EXPECT_EQ(row[3].toInt(), wide(row[0]).indexOfNoCase(wide(row[1]), row[2].toInt()));
+        EXPECT_EQ(row[3].toInt(), wide(row[0]).indexOfNoCase(wide(row[1]), row[2].toInt()))
+            << row[1];
     const FixedWideString text = wide(q("aBcb"));
     for (const QStringList &row : rowsOf("b 0 -> 1  B 2 -> 3  b 4 -> 1  b -1 -> 1  x 0 -> -1", 3))
         EXPECT_EQ(row[2].toInt(), text.indexOfUnitNoCase(row[0].utf16()[0], row[1].toInt()));
 
+    EXPECT_TRUE(text.firstUnitIs(u'a') && !text.firstUnitIs(u'A'));
+    EXPECT_TRUE(wide(q("xyZ")).endsWithNoCase(wide(q("Yz"))) && text.equalsNoCase(wide(q("AbCb"))));
     EXPECT_EQ(-1, wide(q("abc")).compareNoCase(wide(q("ABCD"))));
+    EXPECT_EQ(1, wide(q("z1")).compareNoCase(wide(q("Z"))));
     // By the bytes in memory: U+0102 is 02 01 there, U+0201 is 01 02.
     EXPECT_GT(wide(QChar(0x0102)).compareNoCase(wide(QChar(0x0201))), 0);
-    FixedWideString prefix = wide(q("xy"));
+    FixedWideString edited = wide(q("abcd"));
+    edited.insertAt(1, wide(q("--")));
+    edited.removeRange(2, 2);
+    EXPECT_EQ(q("a-cd"), edited.toQString());
+    FixedWideString prefix;
+    EXPECT_FALSE(edited.startsWithNoCase(prefix));
+    prefix = wide(q("xy"));
     EXPECT_FALSE(wide(q("a")).startsWithNoCase(prefix)); // too long to be looked at
     EXPECT_EQ(q("xy"), prefix.toQString());
     EXPECT_FALSE(wide(q("ABc")).startsWithNoCase(prefix));
@@ -92,14 +109,14 @@ TEST(Path, NormalizesSeparatorsAndLeadingParents)
             <Root>\a\..\x -> <Root>\x   \\srv\share\..\x -> \\srv\sharex
             \\srv\share\dir\..\x -> \\srv\share\x)",
                                          2)) {
-        EXPECT_EQ(row[1], normalizePath(row[0]));
+        EXPECT_EQ(row[1], normalizePath(row[0])) << row[0];
         FixedWideString fixed = wide(row[0]);
         if (!row[0].contains(QLatin1Char('/'))) {
-            EXPECT_EQ(row[1], normalizePathFixed(fixed).toQString());
+            EXPECT_EQ(row[1], normalizePathFixed(fixed).toQString()) << row[0];
         }
     }
     for (const QStringList &row : rowsOf(R"(C:/a//b/../c -> C:\a\c   C:\a/b//c -> C:\a\b\c
-                                            //srv//share -> \\srv\share   a/ -> a\ )",
+                                            //srv//share -> \\srv\share   a/ -> a\   / -> /)",
                                          2)) {
         FixedWideString fixed = wide(row[0]);
         EXPECT_EQ(row[1], normalizePathFixed(fixed).toQString());
@@ -114,9 +131,9 @@ TEST(Path, GoesUpOneFolderAndTakesTheFolderOfAPath)
             a\b -> a\   a\b\c -> a\b\c   \\srv -> \\   \:abc -> \:abc\   \\srv\share\ -> \\srv\share
             \\srv\share\dir -> \\srv\share\ )",
                                          2)) {
-        EXPECT_EQ(row[1], parentFolder(row[0], QLatin1Char('\\'))) << row[0].toStdString();
+        EXPECT_EQ(row[1], parentFolder(row[0], QLatin1Char('\\'))) << row[0];
         FixedWideString fixed = wide(row[0]);
-        EXPECT_EQ(row[1], parentFolderFixed(fixed).toQString()) << row[0].toStdString();
+        EXPECT_EQ(row[1], parentFolderFixed(fixed).toQString()) << row[0];
     }
     EXPECT_EQ(q("a\\b/"), parentFolder(q("a\\b/c"), QLatin1Char('/')));
     for (const QStringList &row : rowsOf(R"(
@@ -124,7 +141,7 @@ TEST(Path, GoesUpOneFolderAndTakesTheFolderOfAPath)
             \\server\share -> \\server\share\   \\server\share\m -> \\server\share\
             a\b\c -> a\b\c\   a\bc -> a\bc\   C:/a/b -> C:/a/b\ )",
                                          2))
-        EXPECT_EQ(row[1], folderOfPath(row[0])) << row[0].toStdString();
+        EXPECT_EQ(row[1], folderOfPath(row[0])) << row[0];
     EXPECT_EQ(3, lastBackslash(wide(q("a\\b\\c"))));
     EXPECT_EQ(-1, lastBackslash(wide(q("a/b"))));
 }
@@ -150,7 +167,7 @@ TEST(Entities, AreDecodedInOrder)
                 "&#196;&#214;&#220;&#228;&#246;&#252;&#223; -> \xC4\xD6\xDC\xE4\xF6\xFC\xDF "
                 "&amp;lt;&amp;#196;&amp;amp; -> &lt;\xC4&amp;",
                 2))
-        EXPECT_EQ(row[1], decodeEntities(row[0]));
+        EXPECT_EQ(row[1], decodeEntities(row[0])) << row[0];
 }
 
 } // namespace

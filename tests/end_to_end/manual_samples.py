@@ -88,6 +88,7 @@ def main():
         sys.exit("".join(difflib.unified_diff(before.splitlines(True), after.splitlines(True),
                                               "manual", "program")))
     print(f"{count} samples")
+    sys.exit(count == 0)
 
 
 if __name__ == "__main__":

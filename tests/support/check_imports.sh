@@ -10,8 +10,8 @@ set -euo pipefail
 at_start=$("$2objdump" -p "$1" | sed -n 's/^\tDLL Name: //p' | grep -viE \
   '^(api-ms-win-crt-[a-z]+-l1-1-0|kernel32|msvcrt)\.dll$' || true)
 symbols=$("$2nm" "$1")
-later=$(sed -n 's/.* __DELAY_IMPORT_DESCRIPTOR_\(.*\)_a$/\1/p' <<<"$symbols" |
-  grep -vxE '(advapi|netapi|ole|shell|user|ws2_)32|userenv|version|winmm' || true)
+later=$(sed -n 's/.* __DELAY_IMPORT_DESCRIPTOR_\(.*\)_a$/\1/p' <<<"$symbols")
+later=$(grep -vxE '(advapi|netapi|ole|shell|user|ws2_)32|userenv|version|winmm' <<<"${later:?no names}" || true)
 if [ -n "$at_start$later" ]; then
   echo "It loads more DLLs than it should: $at_start (at its start) $later (later)"
   exit 1
@@ -27,6 +27,8 @@ if ! "$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 
   echo "The start-up code is told to expand wildcards."
   exit 1
 fi
+# The signature of a version resource, its format's version, and 8.4.2.0 as words.
+LC_ALL=C grep -qaP '\xbd\x04\xef\xfe\x00{2}\x01\x00\x04\x00\x08\x00{3}\x02\x00' "$1" || { echo "no version"; exit 1; }
 strings -el "$1" | grep -A 1 -x ProductVersion | grep -xF 8.4.02 >/dev/null || { echo "no version"; exit 1; }
 stripped=$(mktemp)
 trap 'rm "$stripped"' EXIT

@@ -6,8 +6,10 @@
 #include <io.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -27,6 +29,14 @@ inline void makeFile(const fs::path &path, double daysOld = old, std::uintmax_t 
     fs::last_write_time(path, fs::file_time_type::clock::now()
                                   - std::chrono::seconds(static_cast<long long>(daysOld * 86400)));
     SetFileAttributesW(path.c_str(), attributes);
+}
+
+/// Clears the variables that the program looks at.
+inline void clearVariables()
+{
+    for (const wchar_t *name :
+         { L"KX_ROOT", L"KX_ROOT_INSTALLER", L"ProgramFiles", L"ProgramW6432", L"SystemDrive" })
+        _wputenv_s(name, L"");
 }
 
 /// Makes a tree of files: young ones where the path says so, old ones otherwise.

@@ -1,7 +1,7 @@
 // Runs the program itself, as a user's command line does.
 #pragma once
 
-#include <windows.h>
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
@@ -31,9 +31,7 @@ inline RunningProgram startProgram(const std::wstring &arguments,
                                    const std::wstring &program = installedProgram,
                                    HANDLE standardOutput = nullptr)
 {
-    for (const wchar_t *variable :
-         { L"KX_ROOT", L"KX_ROOT_INSTALLER", L"ProgramFiles", L"ProgramW6432", L"SystemDrive" })
-        SetEnvironmentVariableW(variable, nullptr);
+    clearVariables();
     RunningProgram running = {};
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -53,9 +51,8 @@ inline RunningProgram startProgram(const std::wstring &arguments,
     return running;
 }
 
-/// Waits for its end, and for the banner. The number of free MiB, which other programs change,
-/// reads
-/// "#" in the output, unless it is the 1000 that stands for an unknown one.
+/// Waits for its end, and looks for the banner. The number of free MiB, which other programs change,
+/// reads "#" in the output, unless it is the 1000 that stands for an unknown one.
 inline ProgramRun waitFor(const RunningProgram &running)
 {
     ProgramRun run = {};

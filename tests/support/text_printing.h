@@ -5,11 +5,11 @@
 
 #include <QStringList>
 
-#include <ostream>
+#include <gtest/gtest.h>
 
-inline void PrintTo(const QString &text, std::ostream *out)
+inline std::ostream &operator<<(std::ostream &out, const QString &text)
 {
-    *out << '"' << text.toUtf8().constData() << '"';
+    return out << '"' << text.toUtf8().constData() << '"';
 }
 
 /// Latin-1 text as a QString.
@@ -33,5 +33,6 @@ inline QList<QStringList> rowsOf(const char *table, int columns)
         word.replace(q("''"), q("")).replace(q("~"), q(" ")).replace(q("^"), q("\n"));
         rows.last().append(word);
     }
+    EXPECT_TRUE(!rows.isEmpty() && rows.last().size() == columns) << table;
     return rows;
 }
