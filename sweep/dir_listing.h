@@ -95,6 +95,6 @@ struct DirListing
     QList<QString> names; // the four lists are parallel
     QList<TimeStamp> times;
     QList<qint64> sizes;
-    QVector<bool> folderFlags; // one byte each; a QList takes eight
+    QVector<bool> folderFlags;         // one byte each; a QList takes eight
     DirListingHandle *owner = nullptr; // where it lives, for who has but the listing
 };

@@ -51,7 +51,7 @@ inline RunningProgram startProgram(const std::wstring &arguments,
     return running;
 }
 
-/// Waits for its end, and looks for the banner. The number of free MiB, which other programs change,
+/// Waits for its end, and looks for the banner. The number of free MiB, which others change too,
 /// reads "#" in the output, unless it is the 1000 that stands for an unknown one.
 inline ProgramRun waitFor(const RunningProgram &running)
 {
