@@ -29,6 +29,7 @@ constexpr Folder belowExecutablesRoot[] = {
     { serverNotifyPlugins, "plugins64\\server_notify\\" },
     { imagePlugins, "plugins64\\image\\" },
     { sceneParserPlugins, "plugins64\\submitter_sceneparser\\" },
+    { pluginsFolder, "plugins\\" },
 };
 
 // The settings of the render applications: those that may come from either root, and the others.
@@ -73,10 +74,12 @@ void setFolders(InstallPaths &paths, const QString &root, const Folder (&folders
         setFolder(paths, folder.entry, root + QLatin1String(folder.below));
 }
 
-/// The folder's release twin: the data of a debug build is there.
-QString releaseTwin(QString folder)
+/// The data of a debug build is that of its release twin. Replaced in the entry itself, so that what
+/// the first replacement pushes past 250 units is gone before the second.
+void turnDebugIntoRelease(FixedWideString250 &folder)
 {
-    return folder.replace(QLatin1String("_debug"), QLatin1String("_release"), Qt::CaseInsensitive);
+    folder.replaceAllNoCase(fixedText<FixedWideString250>("_debug"),
+                            fixedText<FixedWideString250>("_release"));
 }
 
 } // namespace
@@ -84,7 +87,7 @@ QString releaseTwin(QString folder)
 void layOutBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot, bool renderAppsFromExeRoot,
                       bool win64Binaries)
 {
-    setFolder(paths, installRoot, releaseTwin(folderOf(paths, installRoot)));
+    turnDebugIntoRelease(paths.entries[installRoot]);
     const QString root = folderOf(paths, installRoot);
     const QString programs = folderOf(paths, executablesRoot);
     const QLatin1String renderApps("render_apps\\");
@@ -102,7 +105,7 @@ void layOutBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot, bool rende
     setFolders(paths, programs, belowExecutablesRoot);
     if (!win64Binaries)
         paths.entries[bin64Folder] = paths.entries[binFolder];
-    setFolder(paths, pluginsFolder, releaseTwin(programs + QLatin1String("plugins\\")));
+    turnDebugIntoRelease(paths.entries[pluginsFolder]);
     paths.entries[unusedFolder].clear();
 }
 
