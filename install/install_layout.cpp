@@ -74,8 +74,8 @@ void setFolders(InstallPaths &paths, const QString &root, const Folder (&folders
         setFolder(paths, folder.entry, root + QLatin1String(folder.below));
 }
 
-/// The data of a debug build is that of its release twin. Replaced in the entry itself, so that what
-/// the first replacement pushes past 250 units is gone before the second.
+/// The data of a debug build is that of its release twin. Replaced in the entry itself, so that
+/// what the first replacement pushes past 250 units is gone before the second.
 void turnDebugIntoRelease(FixedWideString250 &folder)
 {
     folder.replaceAllNoCase(fixedText<FixedWideString250>("_debug"),

@@ -34,18 +34,13 @@ QString makeRoot(const QString &path)
 
 /// Nothing of the machine's own environment. This program runs as
 /// X:\apps\bin\win64\install_test.exe, so X:\apps is its own root when that is asked for.
-struct Surroundings
+void startAfresh(bool isInstalled = false)
 {
-    explicit Surroundings(bool isInstalled = false)
-    {
-        clearVariables();
-        fs::remove_all(L"X:\\apps\\sub");
-        if (isInstalled)
-            makeRoot(q("X:\\apps"));
-    }
-
-    ScratchFolder scratch;
-};
+    clearVariables();
+    fs::remove_all(L"X:\\apps\\sub");
+    if (isInstalled)
+        makeRoot(q("X:\\apps"));
+}
 
 /// What is found with these arguments, the program's name first; a "|" separates them. The options
 /// are of what buildInstallLayout is told: "g"lobal configuration, "r"ender applications, "w"in64.
@@ -80,7 +75,8 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
                                   "\n[KX_ROOT: " };
     for (int first = 0; first <= sourceCount; ++first) { // it and all behind it are roots
         SCOPED_TRACE(first);
-        const Surroundings surroundings(first <= folder);
+        const ScratchFolder scratch;
+        startAfresh(first <= folder);
         QString roots[sourceCount + 1];
         for (int source = 0; source < sourceCount; ++source)
             roots[source] =
@@ -103,7 +99,8 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
         EXPECT_EQ(roots[first], found.entry(installRoot));
         EXPECT_EQ(first == flag, found.outside);
     }
-    const Surroundings surroundings(true);
+    const ScratchFolder scratch;
+    startAfresh(true);
     const QString root = makeRoot(q("X:\\scratch\\r"));
     EXPECT_FALSE(Found(root + q("tool|-kxRoot|") + root).outside);
     EXPECT_FALSE(Found(q("tool|-kxRoot|") + root).outside);
@@ -114,7 +111,8 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
 
 TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
 {
-    const Surroundings surroundings;
+    const ScratchFolder scratch;
+    startAfresh();
     for (const char *root : { "r", "r\\a_kx9", "n\\_KX9", "\xE4&", "_internal_r", "_r" })
         makeRoot(q("X:\\scratch\\") + q(root));
     fs::current_path(L"X:\\");
@@ -135,8 +133,8 @@ TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
     rows << QStringList{ q("-kxRoot|X:\\scratch\\&#228;&amp;/"), q("X:\\scratch\\\xE4&/: VALID!"),
                          q("X:\\scratch\\\xE4&\\"), QString() };
     // "X:\scratch\r\..\" takes 16 of the 250 units.
-    rows << QStringList{ q("x|-loadstatus|..\\") + run(300), q(": invalid"), q("X:\\scratch\\r\\"),
-                         q("X:\\scratch\\") + run(234) };
+    rows << QStringList{ q("x|-loadstatus|..\\") + repeated(300), q(": invalid"),
+                         q("X:\\scratch\\r\\"), q("X:\\scratch\\") + repeated(234) };
     for (const QStringList &row : rows) {
         SCOPED_TRACE(row[0].toStdString());
         const Found found(q("tool|") + row[0]);
@@ -149,7 +147,8 @@ TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
 
 TEST(RootDiscovery, FollowsTheRelinkFile)
 {
-    const Surroundings surroundings;
+    const ScratchFolder scratch;
+    startAfresh();
     for (const char *root : { "r", "r\\a_KX9", "a" })
         makeRoot(q("X:\\scratch\\") + q(root));
     const QString root = q("X:\\scratch\\r\\");
@@ -164,8 +163,8 @@ TEST(RootDiscovery, FollowsTheRelinkFile)
             Root~Y:\d '' '' X:\scratch\r\           Root= '' '' X:\scratch\r\
             ^Root=Y:\d '' '' X:\scratch\r\ )",
                                      4);
-    rows << QStringList{ q("Root=") + run(251), q("\n[Relink ") + run(250) + q(": invalid]"),
-                         run(250), root };
+    rows << QStringList{ q("Root=") + repeated(251),
+                         q("\n[Relink ") + repeated(250) + q(": invalid]"), repeated(250), root };
     for (const QStringList &row : rows) {
         SCOPED_TRACE(row[0].toStdString());
         writeFile(relink, row[0]);
@@ -207,7 +206,8 @@ TEST(InstallLayout, DerivesAllFolders)
                 -> Y:\d\ X:\s\ Y:\d\ '' X:\s\ X:\s\render_apps\ Y:\d\render_apps\ X:\s\
             X:\s ExeRoot=Y:\d\ X:/apps rw -> '' Y:\d\ '' '' '' X:\apps\ X:\apps\ Y:\d\ )",
                                          12)) {
-        const Surroundings surroundings;
+        const ScratchFolder scratch;
+        startAfresh();
         const QString root = makeRoot(row[0].section(QLatin1Char('|'), 0, 0));
         if (!row[1].isEmpty())
             writeFile(root + q("sub\\cfg_global\\relink_win.cfg"), row[1]);
@@ -241,7 +241,8 @@ TEST(InstallRoot, IsKnownByAnyOfItsFiles)
     }
     EXPECT_FALSE(isValidRoot(QString()));
     // The twin of a debug build is where its relink file is read too.
-    const Surroundings surroundings;
+    const ScratchFolder scratch;
+    startAfresh();
     writeFile(q("X:\\scratch\\r_release\\sub\\cfg_global\\relink_win.cfg"), q("Root=Y:\\d"));
     EXPECT_EQ(q("Y:\\d\\"), Found(q("tool|-kxRoot|X:\\scratch\\r_debug")).entry(installRoot));
 }
@@ -268,7 +269,8 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
                                          3))
         EXPECT_EQ(row[2], absoluteProgramPath(narrow(row[0]), narrow(row[1])).toQString())
             << row[0];
-    const Surroundings surroundings;
+    const ScratchFolder scratch;
+    startAfresh();
     EXPECT_EQ(q(""), getEnv(q("programfiles")));
     setEnv(L"ProgramFiles", q("X:\\32"));
     EXPECT_EQ(q("X:\\32"), getEnv(q("ProgramFiles")));

@@ -22,14 +22,14 @@ TYPED_TEST(FixedStringVariant, CutsAtItsCapacityAndLeavesStaleUnits)
 {
     constexpr int capacity = TypeParam::capacity;
     auto text = fixedText<TypeParam>(QByteArray(600, 'a').constData());
-    EXPECT_EQ(run(capacity, 'a'), text.toQString());
+    EXPECT_EQ(repeated(capacity, 'a'), text.toQString());
     std::fill(text.value, text.value + capacity + 1, text.value[0]);
     text.recomputeLength(); // there is no terminator
     EXPECT_EQ(capacity, text.length);
     EXPECT_EQ(0, text.value[capacity]);
     text.setLength(capacity - 5);
     text.appendUnits(fixedText<TypeParam>("0123456789").value, 10);
-    EXPECT_EQ(run(capacity - 5, 'a') + q("01234"), text.toQString());
+    EXPECT_EQ(repeated(capacity - 5, 'a') + q("01234"), text.toQString());
     text.setLength(700);
     EXPECT_EQ(capacity, text.length);
     text.setLength(-1);
@@ -62,8 +62,8 @@ TEST(FixedString, TakesBytesWithTheirSignAndUnitsAsTheyAre)
     const QString marked = QString(QChar(0xFEFF)) + q("a"); // a byte order mark is part of a name
     EXPECT_EQ(marked, wide(marked).toQString());
     auto narrow = fixedText<FixedNarrowString100>("before");
-    narrow.assignLatin1(q("\xE4") + QChar(0x20AC) + run(100));
-    EXPECT_EQ(q("\xE4?") + run(98), narrow.toQString());
+    narrow.assignLatin1(q("\xE4") + QChar(0x20AC) + repeated(100));
+    EXPECT_EQ(q("\xE4?") + repeated(98), narrow.toQString());
 }
 
 TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
@@ -152,7 +152,7 @@ TEST(Path, PutsTheLongPathPrefixInFront)
             C:\a -> \\?\C:\a   \\server\share\x -> \\?\UNC\server\share\x   a/b -> \\?\a/b
             \\?\C:\a -> \\?\UNC\?\C:\a)",
                                      2);
-    rows << QStringList{ run(500), q("\\\\?\\") + run(496) };
+    rows << QStringList{ repeated(500), q("\\\\?\\") + repeated(496) };
     for (const QStringList &row : rows) {
         FixedWideString prefixed = wide(q("overwritten"));
         EXPECT_EQ(row[1], withLongPathPrefix(prefixed, wide(row[0])).toQString());

@@ -288,9 +288,10 @@ TEST(Shape, PathsByTheirLength)
         const ScratchFolder scratch;
         const fs::path root = row[0].startsWith(q("X:")) ? L"X:\\scratch" : L"X:\\share";
         const int length = row[1].toInt();
-        const QString above = run(length > 250 ? 230 : 50, 'm');
+        const QString above = repeated(length > 250 ? 230 : 50, 'm');
         const int rest = length - (row[0] + above + q("\\") + row[2]).size();
-        const fs::path file = root / (above + q("\\") + run(rest, 'f') + row[2]).toStdWString();
+        const fs::path file =
+            root / (above + q("\\") + repeated(rest, 'f') + row[2]).toStdWString();
         fs::create_directories(root / above.toStdWString());
         makeVerbatim(file);
         const ProgramRun run = runProgram(L"-do 14 " + row[0].toStdWString());

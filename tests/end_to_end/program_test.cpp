@@ -76,7 +76,7 @@ TEST(CommandLine, StopsOutsideAnInstallation)
             -kxRoot~a%%s%%%*d%s a%s%0(null)\ a%s%0(null)\ )",
                                      3);
     // Each of the hundred takes two values in three characters.
-    const QString many = q("\xFC\xE4") + run(100, '0') + q("\\");
+    const QString many = q("\xFC\xE4") + repeated(100, '0') + q("\\");
     rows << QStringList{ q("-kxRoot \xFC&#228;") + q("%*d").repeated(100), many, many };
     for (const QStringList &row : rows) {
         SCOPED_TRACE(row[0].toStdString());

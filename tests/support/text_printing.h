@@ -16,7 +16,10 @@ inline std::ostream &operator<<(std::ostream &out, const QString &text)
 inline QString q(const char *text) { return QString::fromLatin1(text); }
 
 /// `count` times the letter.
-inline QString run(int count, char letter = 'x') { return QString(count, QLatin1Char(letter)); }
+inline QString repeated(int count, char letter = 'x')
+{
+    return QString(count, QLatin1Char(letter));
+}
 
 inline FixedWideString wide(const QString &text) { return fixedText<FixedWideString>(text); }
 
