@@ -61,8 +61,10 @@ struct Faults
 /// What a report says under "Errors:".
 std::string errorsOf(const ProgramRun &run)
 {
-    const std::size_t from = run.output.find("\nErrors:\n ") + 10;
-    return from < 10 ? "" : run.output.substr(from, run.output.find(" \n\n", from) - from);
+    const std::size_t head = run.output.find("\nErrors:\n ");
+    if (head == std::string::npos)
+        return "";
+    return run.output.substr(head + 10, run.output.find(" \n\n", head) - head - 10);
 }
 
 std::string cannotDelete(const std::string &file)
