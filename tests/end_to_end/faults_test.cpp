@@ -218,7 +218,7 @@ TEST(Fault, TreeThatChangesWhileItIsSwept)
 {
     const Faults faults(L"f1000\\young|f1003\\young|f1007\\young");
     const char *seconds = std::getenv("KX_RACE_SECONDS"); // NOLINT: one thread yet
-    const ULONGLONG end = GetTickCount64() + (seconds != nullptr ? std::stoul(seconds) : 2) * 1000;
+    const ULONGLONG end = GetTickCount64() + (seconds != nullptr ? std::stoull(seconds) : 2) * 1000;
     std::atomic<bool> stop = false;
     std::thread racer([&stop] { race(stop); });
     while (GetTickCount64() < end) {

@@ -62,6 +62,7 @@ void splitWildcard(const QString &path)
 void scan(std::vector<std::string> arguments, const QString &relinkLine)
 {
     std::vector<char *> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string &argument : arguments)
         argv.push_back(argument.data());
     const auto argc = static_cast<int>(argv.size());
