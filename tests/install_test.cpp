@@ -102,8 +102,11 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
     const ScratchFolder scratch;
     startAfresh(true);
     const QString root = makeRoot(q("X:\\scratch\\r"));
-    EXPECT_FALSE(Found(root + q("tool|-kxRoot|") + root).outside);
-    EXPECT_FALSE(Found(q("tool|-kxRoot|") + root).outside);
+    for (const QString &program : { root + q("tool"), q("tool") }) {
+        const Found inside(program + q("|-kxRoot|") + root);
+        EXPECT_EQ(root, inside.entry(installRoot));
+        EXPECT_FALSE(inside.outside);
+    }
     const Found found = Found(QString()); // no argument, not even the name
     EXPECT_EQ(q("X:\\apps\\"), found.entry(installRoot));
     EXPECT_EQ(q(""), found.entry(programFolder));
@@ -118,7 +121,7 @@ TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
     fs::current_path(L"X:\\");
     setEnv(L"KX_ROOT_INSTALLER", q("X:/scra\rtch/r\r")); // for what needs it
     // Arguments, the flag's values in the log and what became of them, root, status folder.
-    QList<QStringList> rows = rowsOf(R"(
+    QList<QStringList> rows = rowsOf(4, R"(
             -KXROOTx|X:/scratch/r X:/scratch/r\:~VALID! X:\scratch\r\ ''
             -kxRoot|scratch\r scratch\r\:~VALID! scratch\r\ ''
             -kxRoot :~invalid X:\scratch\r\ ''        -kxRoot| \:~invalid X:\scratch\r\ ''
@@ -128,8 +131,7 @@ TEST(RootDiscovery, TakesWhatItIsToldAsItComes)
             x|-loadstatus|a|-LoadStatusX|&lt;/ :~invalid X:\scratch\r\ </\
             x|-loadstatus|D:\s" :~invalid X:\scratch\r\ D:\s\   x|-loadstatus| :~invalid X:\scratch\r\ \
             -kxRoot|X:\scratch\r\a_kx9|-loadstatus|../s X:\scratch\r\a_kx9\:~VALID! X:\scratch\r\ X:\scratch\s\
-            -kxRoot|X:\scratch\n\_KX9 X:\scratch\n\_KX9\:~VALID! X:\scratch\n\_KX9\ '')",
-                                     4);
+            -kxRoot|X:\scratch\n\_KX9 X:\scratch\n\_KX9\:~VALID! X:\scratch\n\_KX9\ '')");
     rows << QStringList{ q("-kxRoot|X:\\scratch\\&#228;&amp;/"), q("X:\\scratch\\\xE4&/: VALID!"),
                          q("X:\\scratch\\\xE4&\\"), QString() };
     // "X:\scratch\r\..\" takes 16 of the 250 units.
@@ -155,14 +157,13 @@ TEST(RootDiscovery, FollowsTheRelinkFile)
     const QString relink = root + q("sub\\cfg_global\\relink_win.cfg");
     const QString log = q("\n[-kxRoot flag: ") + root + q(": VALID!]\n[appPath: ") + root + q("]");
     // Content, what it adds to the log, root, root of the executables.
-    QList<QStringList> rows = rowsOf(R"(
+    QList<QStringList> rows = rowsOf(4, R"(
             ~~root~=~Y:\d~~^ExeRoot=Y:\b ^[Relink~Y:\d\:~invalid] Y:\d\ X:\scratch\r\
             Root=X:/scratch/a/^ ^[Relink~X:/scratch/a/\] X:/scratch/a/\ X:\scratch\r\
             RootFolder=X:\scratch\r\a_KX9 ^[Relink~X:\scratch\r\a_KX9\] X:\scratch\r\a_KX9\ X:\scratch\r\
             exeroot~=~Y:\b=^Root=Y:\d '' '' Y:\b=   Data=Y:\d '' '' X:\scratch\r\
             Root~Y:\d '' '' X:\scratch\r\           Root= '' '' X:\scratch\r\
-            ^Root=Y:\d '' '' X:\scratch\r\ )",
-                                     4);
+            ^Root=Y:\d '' '' X:\scratch\r\ )");
     rows << QStringList{ q("Root=") + repeated(251),
                          q("\n[Relink ") + repeated(250) + q(": invalid]"), repeated(250), root };
     for (const QStringList &row : rows) {
@@ -198,14 +199,13 @@ TEST(InstallLayout, DerivesAllFolders)
           "Csub\\cfg_global\\|O_setenv\\all\\|Ascripts\\|Esub_user\\log\\|L_kxServer\\")
             .split(QLatin1Char('|'));
     // Arguments behind -kxRoot, relink line, override, options, and R, E, J, S, C, A, O, P.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(12, R"(
             X:\s '' '' w -> X:\s\ X:\s\ X:\s\ '' X:\s\ X:\s\render_apps\ X:\s\render_apps\ X:\s\
             X:\s_Debug|-loadstatus|..\st '' X:\no '' -> X:\s_release\ X:\s_Debug\ X:\st\ X:\st\
                 X:\s_release\ X:\s_release\render_apps\ X:\s_release\render_apps\ X:\s_release\
             X:\s Root=Y:\d '' grw
                 -> Y:\d\ X:\s\ Y:\d\ '' X:\s\ X:\s\render_apps\ Y:\d\render_apps\ X:\s\
-            X:\s ExeRoot=Y:\d\ X:/apps rw -> '' Y:\d\ '' '' '' X:\apps\ X:\apps\ Y:\d\ )",
-                                         12)) {
+            X:\s ExeRoot=Y:\d\ X:/apps rw -> '' Y:\d\ '' '' '' X:\apps\ X:\apps\ Y:\d\ )")) {
         const ScratchFolder scratch;
         startAfresh();
         const QString root = makeRoot(row[0].section(QLatin1Char('|'), 0, 0));
@@ -228,13 +228,12 @@ TEST(InstallLayout, DerivesAllFolders)
 TEST(InstallRoot, IsKnownByAnyOfItsFiles)
 {
     // File that is there, root, whether it is one.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(3, R"(
             r\bin\win64\kxClientconsole.exe r\ true    r\bin\win64\kxServerconsole.exe r\ true
             r\bin\win64\kxControl.exe r\ true          r\bin\win64\kxDeleteOldFiles.exe r\ false
             r_release_release\sub\cfg_global\relink_win.cfg r_debug_debug\ true
             r_release\sub\cfg_global\relink_win.cfg r_DEBUG\ false
-            r_release\bin\win64\kxControl.exe r_debug\ false   r\sub\cfg_global r\ false)",
-                                         3)) {
+            r_release\bin\win64\kxControl.exe r_debug\ false   r\sub\cfg_global r\ false)")) {
         const ScratchFolder scratch;
         writeFile(q("X:\\scratch\\") + row[0]);
         EXPECT_EQ(row[2], q(isValidRoot(q("X:\\scratch\\") + row[1]) ? "true" : "false")) << row[0];
@@ -252,21 +251,19 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
     const auto narrow = [](const QString &text) {
         return fixedText<FixedNarrowString250>(text.toLatin1().constData());
     };
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             X:\a\b\ -> X:\a\   X:\a -> X:\   X:\ -> X:\   X: -> X:   abc -> abc\
-            \\s\share\ -> \\s\share\   \\s\share\d\ -> \\s\share\ )",
-                                         2)) {
+            \\s\share\ -> \\s\share\   \\s\share\d\ -> \\s\share\ )")) {
         FixedNarrowString250 path = narrow(row[0]);
         EXPECT_EQ(row[1], parentFolderNarrow(path).toQString()) << row[0];
     }
     // Path, current folder, result.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(3, R"(
             bin\tool.exe X:\suite -> X:\suite\bin\tool.exe     a\x.exe X:\ -> a\x.exe
             ..\win64\tool.exe X:\suite\bin\x64 -> X:\suite\bin\win64\tool.exe
             a\..\..\b\x.exe X:\1\2\3\ -> X:\1\b\x.exe          a\x.exe X:\b -> X:\b\a\x.exe
             tool.exe X:\suite -> tool.exe   Y:\x X:\suite -> Y:\x   \a\x X:\suite -> \a\x
-            a\x X:\suite -> '')",
-                                         3))
+            a\x X:\suite -> '')"))
         EXPECT_EQ(row[2], absoluteProgramPath(narrow(row[0]), narrow(row[1])).toQString())
             << row[0];
     const ScratchFolder scratch;

@@ -13,11 +13,10 @@ namespace {
 
 TEST(FileTime, CountsWholeSecondsFrom1970)
 {
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             116444736000000000 -> 0     116444736009999999 -> 0   116444736010000000 -> 1
             116444735990000000 -> -1    116444735990000001 -> 0   0 -> -11644473600
-            9223372036854775807 -> 910692730085)",
-                                         2)) {
+            9223372036854775807 -> 910692730085)")) {
         const quint64 ticks = row[0].toULongLong(); // of 100 ns
         TimeStamp seconds = 7;
         fileTimeToSeconds(seconds, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
@@ -55,23 +54,21 @@ TEST(GroupedNumber, SplitsOffThreeGroupsAtMost)
 
 TEST(FreeSpaceRoot, IsTheDriveOrTheShare)
 {
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             C: -> ''   C:\a\b -> C:\   C:/a -> C:/   C:\ -> C:\   \\srv\share\folder -> \\srv\share\
             \\s\share\x -> \\s\share\
-            \\srv\share -> ''   \\srv -> ''   //srv/share/folder -> ''   ab\cd -> ab\ )",
-                                         2))
+            \\srv\share -> ''   \\srv -> ''   //srv/share/folder -> ''   ab\cd -> ab\ )"))
         EXPECT_EQ(row[1], freeSpaceRoot(row[0])) << row[0];
 }
 
 TEST(Wildcard, IsSplitAtItsComponent)
 {
     // Path, base, start and end of the name, rest.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(5, R"(
             * -> '' '' '' ''             C:\Users\m*\Temp -> C:\Users\ m '' \Temp
             C:\* -> C:\ '' '' ''         C:\a*b*c\d*\ -> C:\ a b*c \d*\
             abc* -> abc\ '' '' ''        a*x -> a '' x ''
-            C:/Users/* -> C:/Users/\ '' '' '')",
-                                         5)) {
+            C:/Users/* -> C:/Users/\ '' '' '')")) {
         const WildcardParts parts = splitAtWildcard(row[0]);
         EXPECT_EQ(row,
                   QStringList({ row[0], parts.base, parts.nameStart, parts.nameEnd, parts.rest }));

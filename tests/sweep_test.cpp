@@ -49,10 +49,9 @@ TEST(FileOps, TellFilesFromFolders)
     const ScratchFolder scratch(L"folder\\x");
     makeFile(L"X:\\scratch\\file", old, 700);
     const HANDLE held = holdOpen(L"X:\\scratch\\file"); // does not hinder who only asks
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             X:\scratch\file -> file   X:\scratch -> folder   X:\scratch\ -> folder
-            X:\scratch\\ -> folder   X:\nothing -> ''   X: -> ''   '' -> '')",
-                                         2)) {
+            X:\scratch\\ -> folder   X:\nothing -> ''   X: -> ''   '' -> '')")) {
         const bool isFile = row[1] == q("file");
         EXPECT_EQ(isFile, fileExists(row[0])) << row[0];
         EXPECT_EQ(row[1] == q("folder"), folderExists(row[0])) << row[0];
@@ -169,9 +168,9 @@ TEST(SweepFolder, KeepsIgnoredEntries)
                 "     -dir [skip]\n   [X:\\scratch\\skip]: \n     -ign [b.sav]  '.sav'\n"
                 "     -del d\n"),
               log);
+    // An ignored folder keeps nothing around it: that one's removal is tried, and fails.
     EXPECT_EQ(q(("Error deleting folder X:\\scratch\\skip:" + systemError(145) + ".\n").c_str()),
               errors);
-    // An ignored folder is left, but keeps nothing around it: its removal is tried, and fails.
     fs::remove_all(scratch.path / L"keep");
     fs::rename(scratch.path / L"skip\\b.sav", scratch.path / L"b.sav");
     fs::remove_all(scratch.path / L"skip");
@@ -213,8 +212,6 @@ TEST(SweepFolder, PrintsProgressWhenMoreThanFiveSecondsHavePassed)
 
 DWORD WINAPI sweepAll(void * /*unused*/) { return sweepScratch(true, true) ? 1 : 0; }
 
-constexpr SIZE_T halfOfTheStack = 1048576; // bytes, of what the program's thread has
-
 TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
 {
     const ScratchFolder scratch;
@@ -222,11 +219,15 @@ TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
     while (folder.size() < 494)
         folder += L"\\d";
     makeFile(folder + L"\\o");
-    fs::create_directory(folder + L"\\e"); // its entries would not be seen
+    fs::create_directory(folder + L"\\e");     // its entries would not be seen
+    constexpr SIZE_T halfOfTheStack = 1048576; // bytes, of what the program's thread has
     const HANDLE thread = CreateThread(nullptr, halfOfTheStack, sweepAll, nullptr,
                                        STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60000));
+    DWORD isEmptied = 0;
+    GetExitCodeThread(thread, &isEmptied);
     CloseHandle(thread);
+    EXPECT_EQ(1u, isEmptied);
     EXPECT_FALSE(fs::exists(L"X:\\scratch"));
 }
 

@@ -69,14 +69,14 @@ TEST(FixedString, TakesBytesWithTheirSignAndUnitsAsTheyAre)
 TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
 {
     // Text, searched text, start, position.
-    for (const QStringList &row : rowsOf("ABC abc 0 -> 0   ABC abd 0 -> -1   ABC '' 0 -> -1 "
-                                         "ABC bc 2 -> -1   abXaB AB 1 -> 3   aab ab -7 -> 1 "
-                                         "adbcbc bc 0 -> 2", // "ad" has the sum of "bc"
-                                         4))
+    for (const QStringList &row : rowsOf( // "ad" has the sum of "bc"
+             4, "ABC abc 0 -> 0   ABC abd 0 -> -1   ABC '' 0 -> -1 "
+                "ABC bc 2 -> -1   abXaB AB 1 -> 3   aab ab -7 -> 1 "
+                "adbcbc bc 0 -> 2"))
         EXPECT_EQ(row[3].toInt(), wide(row[0]).indexOfNoCase(wide(row[1]), row[2].toInt()))
             << row[1];
     const FixedWideString text = wide(q("aBcb"));
-    for (const QStringList &row : rowsOf("b 0 -> 1  B 2 -> 3  b 4 -> 1  b -1 -> 1  x 0 -> -1", 3))
+    for (const QStringList &row : rowsOf(3, "b 0 -> 1  B 2 -> 3  b 4 -> 1  b -1 -> 1  x 0 -> -1"))
         EXPECT_EQ(row[2].toInt(), text.indexOfUnitNoCase(row[0].utf16()[0], row[1].toInt()));
 
     EXPECT_TRUE(text.firstUnitIs(u'a') && !text.firstUnitIs(u'A'));
@@ -100,24 +100,22 @@ TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
 
 TEST(Path, NormalizesSeparatorsAndLeadingParents)
 {
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             / -> /   C:/a//b/../c -> C:/a/c   C:\a/b//c -> C:\a/b//c   x\\\y -> x\\y
             \\\\x -> \\\x   x\\\\\y -> x\\\y   //srv//share -> //srv/share   a\b\..\..\c -> a\c
             C:\data\jobs\..\..\bin\ -> C:\bin\   C:\x\..\y -> C:\y   C:\..\y -> y   ..\x -> x
             ab\..\cd\..\e -> cd\..\e   a..\b -> ab   ...\x -> .x   <ab\..\x -> x   a>\..\x -> x
             <Root>..\x -> <Root>..\x   <Root>\..\x -> <Root>\..\x   <Root\a>\..\x -> <Root\x
             <Root>\a\..\x -> <Root>\x   \\srv\share\..\x -> \\srv\sharex
-            \\srv\share\dir\..\x -> \\srv\share\x)",
-                                         2)) {
+            \\srv\share\dir\..\x -> \\srv\share\x)")) {
         EXPECT_EQ(row[1], normalizePath(row[0])) << row[0];
         FixedWideString fixed = wide(row[0]);
         if (!row[0].contains(QLatin1Char('/'))) {
             EXPECT_EQ(row[1], normalizePathFixed(fixed).toQString()) << row[0];
         }
     }
-    for (const QStringList &row : rowsOf(R"(C:/a//b/../c -> C:\a\c   C:\a/b//c -> C:\a\b\c
-                                            //srv//share -> \\srv\share   a/ -> a\   / -> /)",
-                                         2)) {
+    for (const QStringList &row : rowsOf(2, R"(C:/a//b/../c -> C:\a\c   C:\a/b//c -> C:\a\b\c
+                                            //srv//share -> \\srv\share   a/ -> a\   / -> /)")) {
         FixedWideString fixed = wide(row[0]);
         EXPECT_EQ(row[1], normalizePathFixed(fixed).toQString());
         EXPECT_EQ(row[1], fixed.toQString());
@@ -126,21 +124,19 @@ TEST(Path, NormalizesSeparatorsAndLeadingParents)
 
 TEST(Path, GoesUpOneFolderAndTakesTheFolderOfAPath)
 {
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             C: -> C:   C:\ -> ''   C:\a -> C:\   C:\a\ -> C:\   C:\a\b -> C:\a\   abc -> ''
             a\b -> a\   a\b\c -> a\b\c   \\srv -> \\   \:abc -> \:abc\   \\srv\share\ -> \\srv\share
-            \\srv\share\dir -> \\srv\share\ )",
-                                         2)) {
+            \\srv\share\dir -> \\srv\share\ )")) {
         EXPECT_EQ(row[1], parentFolder(row[0], QLatin1Char('\\'))) << row[0];
         FixedWideString fixed = wide(row[0]);
         EXPECT_EQ(row[1], parentFolderFixed(fixed).toQString()) << row[0];
     }
     EXPECT_EQ(q("a\\b/"), parentFolder(q("a\\b/c"), QLatin1Char('/')));
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(2, R"(
             C: -> C:   C:\m -> C:\   C:\a\b.txt -> C:\a\   C:\a\ -> C:\a\   abc -> abc\
             \\server\share -> \\server\share\   \\server\share\m -> \\server\share\
-            a\b\c -> a\b\c\   a\bc -> a\bc\   C:/a/b -> C:/a/b\ )",
-                                         2))
+            a\b\c -> a\b\c\   a\bc -> a\bc\   C:/a/b -> C:/a/b\ )"))
         EXPECT_EQ(row[1], folderOfPath(row[0])) << row[0];
     EXPECT_EQ(3, lastBackslash(wide(q("a\\b\\c"))));
     EXPECT_EQ(-1, lastBackslash(wide(q("a/b"))));
@@ -148,10 +144,9 @@ TEST(Path, GoesUpOneFolderAndTakesTheFolderOfAPath)
 
 TEST(Path, PutsTheLongPathPrefixInFront)
 {
-    QList<QStringList> rows = rowsOf(R"(
+    QList<QStringList> rows = rowsOf(2, R"(
             C:\a -> \\?\C:\a   \\server\share\x -> \\?\UNC\server\share\x   a/b -> \\?\a/b
-            \\?\C:\a -> \\?\UNC\?\C:\a)",
-                                     2);
+            \\?\C:\a -> \\?\UNC\?\C:\a)");
     rows << QStringList{ repeated(500), q("\\\\?\\") + repeated(496) };
     for (const QStringList &row : rows) {
         FixedWideString prefixed = wide(q("overwritten"));
@@ -163,10 +158,9 @@ TEST(Path, PutsTheLongPathPrefixInFront)
 TEST(Entities, AreDecodedInOrder)
 {
     for (const QStringList &row :
-         rowsOf("&lt;&gt;&quot;&apos;&amp; -> <>\"'&   &LT;&#65;&; -> &LT;&#65;&; "
-                "&#196;&#214;&#220;&#228;&#246;&#252;&#223; -> \xC4\xD6\xDC\xE4\xF6\xFC\xDF "
-                "&amp;lt;&amp;#196;&amp;amp; -> &lt;\xC4&amp;",
-                2))
+         rowsOf(2, "&lt;&gt;&quot;&apos;&amp; -> <>\"'&   &LT;&#65;&; -> &LT;&#65;&; "
+                   "&#196;&#214;&#220;&#228;&#246;&#252;&#223; -> \xC4\xD6\xDC\xE4\xF6\xFC\xDF "
+                   "&amp;lt;&amp;#196;&amp;amp; -> &lt;\xC4&amp;"))
         EXPECT_EQ(row[1], decodeEntities(row[0])) << row[0];
 }
 

@@ -1,4 +1,7 @@
 // The whole program on its command line: what it prints, its exit codes, what is left.
+#include "app/folder_run.h"
+#include "app/free_space.h"
+
 #include "support/files.h"
 #include "support/program.h"
 #include "support/text_printing.h"
@@ -33,15 +36,14 @@ TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
 TEST(CommandLine, ReadsItsOptions)
 {
     // Arguments, what they come to, and the days, the refused number or the missing folder.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(3, R"(
             X:\scratch~-DO~40 kept 40       -do~7~x:~-V~X:\scratch log 7    X:\scratch~-do~-5 all -5
             X:\scratch~-do~"~+0~" all 0     X:\scratch~-do~24855 kept 24855
             X:\scratch~-do~24856 all 24856  X:\scratch~-do~7%d refused 7%d  X:\scratch~-do~-v refused -v
             X:\scratch~-do~2147483648 refused 2147483648                    X:\scratch~-v~-do missing -do
             X:\scratch~-v~-do7 missing -do7        -do~7~-v missing ''      -v~-v~C: missing C:
             -v~-v~X:\scratch\a missing X:\scratch\a                         -v~-v~%s%n missing %s%n
-            -v~-v~* nothing *                      -v~-v~X:\no\* nothing X:\no\*)",
-                                         3)) {
+            -v~-v~* nothing *                      -v~-v~X:\no\* nothing X:\no\*)")) {
         SCOPED_TRACE(row[0].toStdString());
         const ScratchFolder scratch;
         makeFile(scratch.path / L"a", old, 1536);
@@ -71,10 +73,9 @@ TEST(CommandLine, StopsOutsideAnInstallation)
     const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
     const ScratchFolder scratch(L"a");
     // Arguments, the last flag's value as the print routine shows it, and all flags' values.
-    QList<QStringList> rows = rowsOf(R"(
+    QList<QStringList> rows = rowsOf(3, R"(
             -do~abc '' ''   -kxroot~a/~-KXROOT~b b\ a/b\
-            -kxRoot~a%%s%%%*d%s a%s%0(null)\ a%s%0(null)\ )",
-                                     3);
+            -kxRoot~a%%s%%%*d%s a%s%0(null)\ a%s%0(null)\ )");
     // Each of the hundred takes two values in three characters.
     const QString many = q("\xFC\xE4") + repeated(100, '0') + q("\\");
     rows << QStringList{ q("-kxRoot \xFC&#228;") + q("%*d").repeated(100), many, many };
@@ -113,7 +114,7 @@ TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
     makeFile(scratch.path / L"hidden", old, 512, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     makeFile(scratch.path / L"just young", 13.999);
     makeFile(scratch.path / L"readonly", old, 2000000, FILE_ATTRIBUTE_READONLY);
-    makeFile(scratch.path / L"\x00FC\\\x0416\xFEFF"); // outside Latin-1; a byte order mark
+    makeFile(scratch.path / L"\x00FC\\\xFEFF\x0416"); // outside Latin-1; a byte order mark
     fs::create_directory(scratch.path / L"void");
     const HANDLE held = holdOpen(scratch.path / L"h\\\x0416%s held");
     const ProgramRun run = runProgram(L"X:\\scratch\\ -v -v");
@@ -137,11 +138,10 @@ TEST(Wildcards, RunEveryMatchingFolder)
 {
     // Directory, above the folders that are run, these with the number of their deleted files or
     // "-" for the warning, and what is left of ma, Me, x.
-    for (const QStringList &row : rowsOf(R"(
+    for (const QStringList &row : rowsOf(4, R"(
             X:\scratch\M*\T X:\scratch\ ma\T|1|Me\T|1|mi\T|- x   X:\scratch\m*no X:\scratch\ ma|1|Me|1|mi|0 x
             X:\scratch\m*\ X:\scratch\ ma\|1|Me\|1|mi\|0 x       X:\s*\m*\T*\ X:\scratch\ ma\T\|1|Me\T\|1 x
-            X:/scratch/m* '' '' maMex    X:/scratch/*/T X:/scratch/\ ma|1|Me|1|mi|0|x|1 '')",
-                                         4)) {
+            X:/scratch/m* '' '' maMex    X:/scratch/*/T X:/scratch/\ ma|1|Me|1|mi|0|x|1 '')")) {
         SCOPED_TRACE(row[0].toStdString());
         const ScratchFolder scratch(L"ma\\T\\old|Me\\T\\old|x\\T\\old|m file");
         fs::create_directory(scratch.path / L"mi");
@@ -160,6 +160,23 @@ TEST(Wildcards, RunEveryMatchingFolder)
                       fs::exists(scratch.path / q(name).toStdWString() / L"T\\old"));
         EXPECT_TRUE(fs::exists(scratch.path / L"m file") && fs::exists(scratch.path / L"mi"));
     }
+}
+
+TEST(FreeSpace, IsThatOfTheDrive)
+{
+    ULARGE_INTEGER bytes;
+    GetDiskFreeSpaceExW(L"X:\\", &bytes, nullptr, nullptr);
+    EXPECT_NEAR(static_cast<double>(bytes.QuadPart >> 20), freeDriveSpaceMiB(q("X:\\a")), 2000);
+    EXPECT_EQ(1000u, freeDriveSpaceMiB(q("Q:\\no such drive")));
+}
+
+TEST(FolderRun, HandsOnItsReportAtOnce)
+{
+    const ScratchFolder scratch;
+    EXPECT_THAT(flushedBy([] { runFolder(q("X:\\scratch"), 14, false); }),
+                testing::EndsWith(" MiB\n\n"));
+    EXPECT_EQ("Warning: directory X:\\no does not exist!\n",
+              flushedBy([] { runFolder(q("X:\\no"), 14, false); }));
 }
 
 } // namespace

@@ -70,7 +70,7 @@ inline ProgramRun waitFor(const RunningProgram &running)
     EXPECT_TRUE(running.output == nullptr || std::regex_search(run.output, banner)) << run.output;
     EXPECT_FALSE(std::regex_search(run.output, std::regex("(^|[^\r])\n"))) << "a bare line feed";
     const std::regex freeSpace(
-        "(  Done. Free drive space in .* is )(?!1000 )[0-9][0-9 ]*( MiB\r\n\r\n)");
+        "(  Done. Free drive space in .* is )(?!1000 MiB)[0-9][0-9 ]*( MiB\r\n\r\n)");
     run.output = std::regex_replace(run.output, banner, "");
     run.output = std::regex_replace(run.output, freeSpace, "$1#$2");
     run.output = std::regex_replace(run.output, std::regex("\r\n"), "\n");

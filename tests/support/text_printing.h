@@ -25,7 +25,7 @@ inline FixedWideString wide(const QString &text) { return fixedText<FixedWideStr
 
 /// The rows of a table of words. "''" is an empty word, "~" a blank in one, "^" a line feed, and
 /// "->" between words is for the eye only.
-inline QList<QStringList> rowsOf(const char *table, int columns)
+inline QList<QStringList> rowsOf(int columns, const char *table)
 {
     QList<QStringList> rows;
     for (QString word : q(table).simplified().split(QLatin1Char(' '))) {
