@@ -6,7 +6,7 @@
 /// One step of an expansion: the path in front of, in and behind the component with the first "*".
 struct WildcardParts
 {
-    QString base;      // the folder to look in, with its closing backslash; empty for a bare "*"
+    QString base;      // the folder to look in; closed, unless it has fewer than 3 units
     QString nameStart; // what the component has in front of the "*"
     QString nameEnd;   // and behind it
     QString rest;      // from the next backslash on

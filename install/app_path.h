@@ -20,8 +20,9 @@ bool appFolder(const char *argv0, FixedNarrowString250 &folder);
 FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
                                          FixedNarrowString250 currentFolder);
 
-/// The folder above a folder or file, with its closing backslash. Drives and bare network shares
-/// are not cut; a path of fewer than 3 bytes stays as it is. Changes `path` and returns a copy.
+/// The folder above a folder or file, with its closing backslash. Drives, bare network shares
+/// and names are not cut, only closed; a path of fewer than 3 bytes stays as it is. Changes `path`
+/// and returns a copy.
 ///
 ///     X:\a\b\ gives X:\a\; X:\ and \\srv\share\ stay as they are
 FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path);

@@ -11,5 +11,6 @@
 QStringList rootFlagValues(int argc, char **argv);
 
 /// Sets the status folder from the last "-loadstatus" flag, closed with a backslash; empty without
-/// one. A value that begins with ".." starts at the installation root.
+/// one. The value is decoded, the flag is not; a quote at the value's end is dropped. A value that
+/// begins with ".." starts at the installation root.
 void readStatusFlags(InstallPaths &paths, int argc, char **argv);

@@ -28,8 +28,10 @@ struct DirListingHandle
 
 /// A listing under way. Its operations take the handle it lives in, which `create` fills first.
 ///
-/// The tool needs neither prefix and contains filters nor lists of paths from outside
-/// (namesAreFullPaths and the stat... values); other users set those fields themselves.
+/// Where several kinds of filters are set, prefixes override the verdict of suffixes, and what a
+/// name contains that of both. The tool needs neither prefix and contains filters nor lists of
+/// paths from outside (namesAreFullPaths and the stat... values); other users set those fields
+/// themselves.
 ///
 ///     DirListingHandle handle;
 ///     DirListing::create(handle);

@@ -30,6 +30,7 @@ bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size);
 /// which is left alone; otherwise "Unable to delete file; " with the system's text and a full stop.
 QString deleteFile(const QString &path);
 
-/// Removes an empty folder (QDir::rmdir). False when that fails: the thread's last error then tells
-/// why. A relative path is looked for below itself, and so is not found.
+/// Removes an empty folder (QDir::rmdir, which cuts nothing and has its own prefix for long paths).
+/// False when that fails: the thread's last error then tells why. A relative path is looked for
+/// below itself, and so is not found.
 bool removeFolder(const QString &path);

@@ -29,6 +29,6 @@ bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now
 /// wraps, and the limit may change its sign.
 qint32 daysToMinutes(qint32 days);
 
-/// Seconds in a number of minutes, as the low 32 bits: from 24856 days' worth of minutes on either
+/// Seconds in a number of minutes, as the low 32 bits: beyond 35791394 minutes (24855 days) either
 /// way it deliberately wraps.
 qint32 minutesToSeconds(qint32 minutes);
