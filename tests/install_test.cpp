@@ -206,7 +206,6 @@ TEST(InstallLayout, DerivesAllFolders)
             X:\s Root=Y:\d '' grw
                 -> Y:\d\ X:\s\ Y:\d\ '' X:\s\ X:\s\render_apps\ Y:\d\render_apps\ X:\s\
             X:\s ExeRoot=Y:\d\ X:/apps rw -> '' Y:\d\ '' '' '' X:\apps\ X:\apps\ Y:\d\ )")) {
-        const ScratchFolder scratch;
         startAfresh();
         const QString root = makeRoot(row[0].section(QLatin1Char('|'), 0, 0));
         if (!row[1].isEmpty())
@@ -266,7 +265,6 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
             a\x X:\suite -> '')"))
         EXPECT_EQ(row[2], absoluteProgramPath(narrow(row[0]), narrow(row[1])).toQString())
             << row[0];
-    const ScratchFolder scratch;
     startAfresh();
     EXPECT_EQ(q(""), getEnv(q("programfiles")));
     setEnv(L"ProgramFiles", q("X:\\32"));

@@ -81,6 +81,7 @@ TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
 
     EXPECT_TRUE(text.firstUnitIs(u'a') && !text.firstUnitIs(u'A'));
     EXPECT_TRUE(wide(q("xyZ")).endsWithNoCase(wide(q("Yz"))) && text.equalsNoCase(wide(q("AbCb"))));
+    EXPECT_FALSE(text.equalsNoCase(wide(q("aBc"))));
     EXPECT_EQ(-1, wide(q("abc")).compareNoCase(wide(q("ABCD"))));
     EXPECT_EQ(1, wide(q("z1")).compareNoCase(wide(q("Z"))));
     // By the bytes in memory: U+0102 is 02 01 there, U+0201 is 01 02.
