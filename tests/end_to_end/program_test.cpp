@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
+
 namespace {
 
 /// The whole report on a folder; the progress line is printed on the first one only.
@@ -50,21 +52,18 @@ TEST(CommandLine, ReadsItsOptions)
         makeFile(scratch.path / L"b", -10); // dated in the future
         const std::string last = row[2].toStdString();
         const std::string log = "\n   [X:\\scratch]: \n     -del a\n     -ignT b\n\n\n";
+        const std::map<QString, std::pair<std::string, std::wstring>> results = {
+            { q("kept"), { reportOn("X:\\scratch", "0 files deleted (0", last), L"a|b" } },
+            { q("log"), { reportOn("X:\\scratch", "1 files deleted (2", last, log), L"b" } },
+            { q("all"), { reportOn("X:\\scratch", "2 files deleted (2", last), L"" } },
+            { q("refused"), { "Error: Unable to convert " + last + " into a number!\n", L"a|b" } },
+            { q("missing"), { "Warning: directory " + last + " does not exist!\n", L"a|b" } },
+            { q("nothing"), { "Searching for folders matching '" + last + "'.", L"a|b" } },
+        };
         const ProgramRun run = runProgram(row[0].toStdWString());
-        EXPECT_EQ(row[1] == q("kept")  ? reportOn("X:\\scratch", "0 files deleted (0", last)
-                  : row[1] == q("log") ? reportOn("X:\\scratch", "1 files deleted (2", last, log)
-                  : row[1] == q("all") ? reportOn("X:\\scratch", "2 files deleted (2", last)
-                  : row[1] == q("refused")
-                      ? "Error: Unable to convert " + last + " into a number!\n"
-                  : row[1] == q("missing") ? "Warning: directory " + last + " does not exist!\n"
-                  : row[1] == q("nothing") ? "Searching for folders matching '" + last + "'."
-                                           : "?",
-                  run.output);
+        EXPECT_EQ(results.at(row[1]).first, run.output);
+        EXPECT_EQ(results.at(row[1]).second, treeOf(scratch.path));
         EXPECT_EQ(row[1] == q("refused") ? 3u : 0u, run.exitCode);
-        EXPECT_EQ(row[1] == q("all")   ? L""
-                  : row[1] == q("log") ? L"b"
-                                       : L"a|b",
-                  treeOf(scratch.path));
     }
 }
 
