@@ -46,7 +46,7 @@ options='{CheckOptions: [
   {key: readability-identifier-naming.StructCase, value: CamelCase},
   {key: readability-identifier-naming.TemplateParameterCase, value: CamelCase},
   {key: readability-identifier-naming.FunctionCase, value: camelBack},
-  {key: readability-identifier-naming.FunctionIgnoredRegexp, value: "LLVMFuzzer.*|PrintTo"},
+  {key: readability-identifier-naming.FunctionIgnoredRegexp, value: "LLVMFuzzer.*"},
   {key: readability-identifier-naming.VariableCase, value: camelBack},
   {key: readability-identifier-naming.MemberCase, value: camelBack},
   {key: readability-identifier-naming.ParameterCase, value: camelBack}]}'

@@ -73,11 +73,10 @@ TEST(FixedString, TakesBytesWithTheirSignAndUnitsAsTheyAre)
 
 TEST(FixedString, EditsFindsAndComparesWithoutRegardToCase)
 {
-    // Text, searched text, start, position.
-    for (const QStringList &row : rowsOf( // "ad" has the sum of "bc"
-             4, "ABC abc 0 -> 0   ABC abd 0 -> -1   ABC '' 0 -> -1 "
-                "ABC bc 2 -> -1   abXaB AB 1 -> 3   aab ab -7 -> 1 "
-                "adbcbc bc 0 -> 2"))
+    // Text, searched text, start, position. The units of "ad" have the sum of those of "bc".
+    for (const QStringList &row : rowsOf(4, R"(
+            ABC abc 0 -> 0   ABC abd 0 -> -1   ABC '' 0 -> -1   ABC bc 2 -> -1   abXaB AB 1 -> 3
+            aab ab -7 -> 1   adbcbc bc 0 -> 2)"))
         EXPECT_EQ(row[3].toInt(), wide(row[0]).indexOfNoCase(wide(row[1]), row[2].toInt()))
             << row[1];
     const FixedWideString text = wide(q("aBcb"));
@@ -151,7 +150,7 @@ TEST(Path, PutsTheLongPathPrefixInFront)
     rows << QStringList{ repeated(500), q("\\\\?\\") + repeated(496) };
     for (const QStringList &row : rows) {
         FixedWideString prefixed = wide(q("overwritten"));
-        EXPECT_EQ(row[1], withLongPathPrefix(prefixed, wide(row[0])).toQString());
+        EXPECT_EQ(row[1], withLongPathPrefix(prefixed, wide(row[0])).toQString()) << row[0];
         EXPECT_EQ(row[1], prefixed.toQString());
     }
 }
@@ -210,8 +209,8 @@ TEST(FreeSpaceRoot, IsTheDriveOrTheShare)
 {
     for (const QStringList &row : rowsOf(2, R"(
             C: -> ''   C:\a\b -> C:\   C:/a -> C:/   C:\ -> C:\   \\srv\share\folder -> \\srv\share\
-            \\s\share\x -> \\s\share\
-            \\srv\share -> ''   \\srv -> ''   //srv/share/folder -> ''   ab\cd -> ab\ )"))
+            \\s\share\x -> \\s\share\   \\srv\share -> ''   \\srv -> ''
+            //srv/share/folder -> ''   ab\cd -> ab\ )"))
         EXPECT_EQ(row[1], freeSpaceRoot(row[0])) << row[0];
 }
 

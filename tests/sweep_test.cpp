@@ -41,6 +41,16 @@ TEST(ErrorText, WordsACodeInOneLine)
     EXPECT_EQ(q("ERROR code -268435457. (No system message found)"), text(0xEFFFFFFF));
     SetLastError(145);
     EXPECT_EQ(q(systemError(145).c_str()) + q("."), text(lastErrorCode));
+
+    // The twenty fixed texts by the checksum of all of them, made from what users were told.
+    QByteArray texts;
+    for (const quint32 code :
+         { 0xC0000005, 0x80000002, 0x80000003, 0x80000004, 0xC0000006, 0xC000001D, 0xC0000025,
+           0xC0000026, 0xC000008C, 0xC000008D, 0xC000008E, 0xC000008F, 0xC0000090, 0xC0000091,
+           0xC0000092, 0xC0000093, 0xC0000094, 0xC0000095, 0xC0000096, 0xC00000FD })
+        texts += exceptionCodeText(code).value;
+    EXPECT_EQ(2335, texts.size());
+    EXPECT_EQ(35230, qChecksum(texts.constData(), 2335)); // CRC-16, ISO 3309
     EXPECT_EQ(q("EXCEPTION: The thread used up its stack."), text(0xC00000FD));
 }
 

@@ -154,8 +154,10 @@ TEST(Fault, InTheMiddleOfARun)
         EXPECT_TRUE(fault != anotherSweep || waitFor(other).exitCode == 0);
         if (fault >= end)
             run = runProgram(command);
-        EXPECT_TRUE(fault != vanishOrGetYoung
-                    || run.output.find("\n  50") != std::string::npos); // vanished ones count
+        if (fault == vanishOrGetYoung) { // what vanished counts; the two by z may have gone before
+            EXPECT_THAT(run.output,
+                        testing::AnyOf(HasSubstr("\n  502 files"), HasSubstr("\n  500 files")));
+        }
         EXPECT_EQ(fault == refill ? cannotRemove("X:\\faults\\swept\\tree\\full", 145) : "",
                   errorsOf(run));
         faults.expectLeft(fault == refill ? L"full|full\\another|z1|z1\\young" : L"z1|z1\\young");
