@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Prints the folder of QtCore for Windows, built from Debian's sources when it is not there yet.
+# Prints the folder of QtCore for Windows, and builds it first from Debian's sources when it is
+# missing or damaged.
 #
 # usage: qtcore.sh CACHE TOOLCHAIN [--check]
 #
-# With --check it only prints the folder, and fails when there is none yet. The folder's name holds
-# a key of the version, the flags and the compiler. It appears by one rename when everything in it
-# is complete: a build that was interrupted leaves no such folder and starts afresh.
+# With --check it never builds: it prints the folder, or fails when the folder is missing or does
+# not hold the files that were built. The folder's name holds a key of the version, the flags and
+# the compiler. The folder appears by one rename once everything in it is complete, so an
+# interrupted build leaves nothing behind that looks complete.
 set -euo pipefail
 
 cache=$1
@@ -20,16 +22,16 @@ unused="animation codecs big_codecs commandlineparser concatenatetablesproxymode
   sortfilterproxymodel statemachine stringlistmodel systemsemaphore temporaryfile thread timezone
   topleveldomain translation transposeproxymodel xmlstream xmlstreamreader xmlstreamwriter
   network sql testlib concurrent xml"
-# The same, for what has no switch of its own.
+# More unused features, which have no switch.
 unused_defines="-DQT_NO_COMPRESS -DQT_NO_DATASTREAM -DQT_NO_GEOM_VARIANT -DQT_NO_SYSTEMLOCALE"
-# DLLs that only such parts of QtCore call. They are loaded when they are first called, and so
-# never: at the start of the program they would take most of its time.
+# DLLs that only unused parts of QtCore call. They are loaded at their first call, which never comes.
+# Loading them at the start of the program would take most of its time.
 delayed="advapi32 netapi32 ole32 shell32 user32 userenv version winmm ws2_32"
 flags=(-xplatform win32-g++ -static -release -optimize-size -pch -opensource -confirm-license
   -prefix /qtcore -nomake examples -nomake tests -nomake tools
   -no-gui -no-widgets -no-dbus -no-icu -no-opengl -no-openssl -no-zstd -qt-zlib -qt-pcre
   "QMAKE_CXXFLAGS+=$unused_defines"
-  # Out of memory ends the program, as it would without anybody to catch it.
+  # Nothing here catches exceptions: out of memory ends the program either way.
   "QMAKE_CXXFLAGS_EXCEPTIONS_ON=-fno-exceptions")
 for feature in $unused; do
   flags+=("-no-feature-$feature")
@@ -38,14 +40,22 @@ done
 key=$(printf '%s\n' "$version" "${flags[@]}" "$delayed" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
 folder=$cache/qtcore-$version-$key
 
+# files_of FOLDER: each file in it and its size, but for the list itself.
+files_of() {
+  (cd "$1" && find . -type f ! -path ./FILES -printf '%s %P\n' | LC_ALL=C sort)
+}
+
 if [ -d "$folder" ]; then
-  echo "$folder"
-  exit
+  if files_of "$folder" | cmp -s - "$folder/FILES"; then
+    echo "$folder"
+    exit
+  fi
+  echo "qtcore.sh: files are missing or changed in $folder" >&2
 fi
 [ "${3:-}" != --check ] || exit 1
 
-# The machine's own package lists, made into lists of source packages in a folder of their own: the
-# machine's configuration stays as it is.
+# Turns the machine's package lists into lists of source packages, in a separate folder, so that the
+# machine's configuration is not changed.
 derive_source_entries() {
   mkdir -p "$1"
   find /etc/apt -name '*.list' -exec cat {} + |
@@ -54,14 +64,15 @@ derive_source_entries() {
     >"$1/derived.sources"
 }
 
-# apt checks the signature of the lists, and by them the checksums of what it fetches.
+# Fetches the sources. apt checks the signature of the lists and the checksums of what it fetches.
 fetch_sources() {
   local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/entries"
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/apt" -o APT::Sandbox::User=)
   derive_source_entries "$work/entries"
   mkdir -p "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
-  "${apt[@]}" update || true # not every entry has sources; the next step tells whether one has these
-  (cd "$work/download" && "${apt[@]}" source --download-only qtbase-opensource-src)
+  "${apt[@]}" update || true # some entries may have no sources; the next step tells
+  (cd "$work/download" && "${apt[@]}" source --download-only qtbase-opensource-src) ||
+    { echo "Debian's sources could not be fetched. Is there a network?"; return 2; }
   dpkg-source --no-check -x "$work"/download/qtbase-opensource-src_"$version"+*.dsc "$work/source"
 }
 
@@ -80,7 +91,7 @@ build() {
   basename "$work"/download/*.dsc >"$work/stage/qtcore/SOURCE"
 }
 
-# libdelayed.a: the import libraries of the delayed DLLs in one.
+# Makes libdelayed.a, one import library for all delayed DLLs.
 make_delayed_imports() {
   local dll tools=$toolchain/bin/ucrt64
   mkdir "$work/delayed"
@@ -99,13 +110,16 @@ make_delayed_imports() {
 }
 
 mkdir -p "$cache"
-rm -rf "$cache"/qtcore.partial.* # left by a run that was interrupted
+rm -rf "$cache"/qtcore.partial.* # left by an interrupted run
 work=$(mktemp -d "$cache/qtcore.partial.XXXXXX")
 {
   fetch_sources
   (build)
   (make_delayed_imports)
 } >&2
+files_of "$work/stage/qtcore" >"$work/FILES"
+mv "$work/FILES" "$work/stage/qtcore/"
+rm -rf "$folder"
 mv -T "$work/stage/qtcore" "$folder"
 rm -rf "$work"
 echo "$folder"

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Prints the folder of the cross tools, which it makes when it is not there yet.
+# Prints the folder of the cross tools, and makes it first when it is missing or damaged.
 #
 # usage: toolchain.sh CACHE
 #
-# The tools are Debian's mingw-w64 compilers, set to link the Universal C run-time in front of the
-# older msvcrt, which is left with what only it exports (_setjmp), and to use the former's formatted
-# print instead of their own. They are called ucrt64-gcc, ucrt64-g++, ucrt64-ar ...; the library and
-# the program are built by the same ones, so that one C run-time serves the whole program.
+# The tools are Debian's mingw-w64 compilers with two changes. They link the Universal C run-time
+# ahead of the older msvcrt, which then supplies only what nothing else exports (_setjmp). And they
+# use the C run-time's formatted print instead of the compiler's replacement. They are called
+# ucrt64-gcc, ucrt64-g++, ucrt64-ar and so on. The same tools build QtCore and the program, so that
+# one C run-time serves the whole program.
 set -euo pipefail
 
 cache=$1
@@ -16,14 +17,19 @@ compiler=$("$debian-g++-posix" -dumpfullversion)-$(dpkg-query -W -f '${Version}'
 key=$(cat "${BASH_SOURCE[0]}" <(echo "$compiler") | sha256sum | cut -c 1-12)
 folder=$cache/toolchain-$key
 
-if [ ! -d "$folder" ]; then
+# files_of FOLDER: each file in it and its size, but for the list itself.
+files_of() {
+  (cd "$1" && find . -type f ! -path ./FILES -printf '%s %P\n' | LC_ALL=C sort)
+}
+
+if ! files_of "$folder" 2>/dev/null | cmp -s - "$folder/FILES"; then
   mkdir -p "$cache"
-  rm -rf "$cache"/toolchain.partial.* # left by a run that was interrupted
+  rm -rf "$folder" "$cache"/toolchain.partial.* # damaged, or left by an interrupted run
   partial=$(mktemp -d "$cache/toolchain.partial.XXXXXX")
   "$debian-gcc-posix" -dumpspecs | sed 's/-lmsvcrt/-lucrt -lmsvcrt/' >"$partial/ucrt.specs"
   mkdir -p "$partial/bin" "$partial/include/bits"
-  # The C++ library's own header switches to the compiler's formatted print; this one, found first,
-  # switches back.
+  # The C++ library's header selects the compiler's formatted print. This header is found first and
+  # selects the C run-time's again.
   cat >"$partial/include/bits/os_defines.h" <<'END'
 #include_next <bits/os_defines.h>
 #undef __USE_MINGW_ANSI_STDIO
@@ -37,10 +43,14 @@ exec $debian-$tool-posix -specs="$folder/ucrt.specs" -isystem "$folder/include" 
 END
     chmod +x "$partial/bin/ucrt64-$tool"
   done
+  # Scripts instead of links, so that a sweep that reaches the cache cannot delete the real tools.
   for tool in ar as dlltool nm objcopy objdump ranlib strip windres; do
-    ln -s "$(command -v "$debian-$tool")" "$partial/bin/ucrt64-$tool"
+    printf '#!/bin/sh\nexec %s "$@"\n' "$debian-$tool" >"$partial/bin/ucrt64-$tool"
+    chmod +x "$partial/bin/ucrt64-$tool"
   done
   chmod 755 "$partial"
+  files_of "$partial" >"$partial.files"
+  mv "$partial.files" "$partial/FILES"
   mv -T "$partial" "$folder"
 fi
 echo "$folder"
