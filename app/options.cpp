@@ -1,5 +1,7 @@
 #include "app/options.h"
 
+#include "text/white_space.h"
+
 namespace {
 
 bool isOption(const QString &argument, const char *option)
@@ -17,8 +19,9 @@ const char *readOptions(int argc, char **argv, Options &options)
         if (isOption(argument, "-do") && i + 1 < argc) {
             ++i;
             bool isNumber = false;
-            options.daysOld = QString::fromLatin1(argv[i]).toInt(&isNumber, 10);
-            if (!isNumber)
+            const QString value = QString::fromLatin1(argv[i]);
+            options.daysOld = value.toInt(&isNumber, 10);
+            if (!isNumber || value.contains(QChar(nextLine)))
                 return argv[i];
         } else if (isOption(argument, "-v")) {
             options.verbose = true;

@@ -2,6 +2,7 @@
 
 #include "install/relink_line.h"
 #include "sweep/file_ops.h"
+#include "text/white_space.h"
 
 #include <QFile>
 
@@ -49,7 +50,7 @@ Relink readRelinkFile(InstallPaths &paths, QString &rootLog)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return Relink::unreadable;
-    applyRelinkLine(paths, QString::fromLatin1(file.readLine().constData()).trimmed());
+    applyRelinkLine(paths, trimmedText(QString::fromLatin1(file.readLine().constData())));
 
     const QString root = paths.entries[installRoot].toQString();
     if (!root.isEmpty())

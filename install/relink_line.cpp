@@ -1,5 +1,7 @@
 #include "install/relink_line.h"
 
+#include "text/white_space.h"
+
 namespace {
 
 bool isSetting(const QString &line, const char *key)
@@ -10,7 +12,7 @@ bool isSetting(const QString &line, const char *key)
 
 QString valueOf(const QString &line)
 {
-    return line.mid(line.indexOf(QLatin1Char('=')) + 1).trimmed();
+    return trimmedText(line.mid(line.indexOf(QLatin1Char('=')) + 1));
 }
 
 } // namespace

@@ -164,6 +164,10 @@ TEST(RootDiscovery, FollowsTheRelinkFile)
             exeroot~=~Y:\b=^Root=Y:\d '' '' Y:\b=   Data=Y:\d '' '' X:\scratch\r\
             Root~Y:\d '' '' X:\scratch\r\           Root= '' '' X:\scratch\r\
             ^Root=Y:\d '' '' X:\scratch\r\ )");
+    // Byte 0x85 is not white space.
+    rows << QStringList{ q("Root=Y:\\d\x85"), q("\n[Relink Y:\\d\x85\\: invalid]"),
+                         q("Y:\\d\x85\\"), root };
+    rows << QStringList{ q("\x85Root=Y:\\d"), QString(), QString(), root };
     rows << QStringList{ q("Root=") + repeated(251),
                          q("\n[Relink ") + repeated(250) + q(": invalid]"), repeated(250), root };
     for (const QStringList &row : rows) {

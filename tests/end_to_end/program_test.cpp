@@ -51,19 +51,25 @@ TEST(CommandLine, ShowsTheUsageForFewerThanThreeArguments)
 TEST(CommandLine, ReadsItsOptions)
 {
     // Arguments, what they come to, and the days, the refused number or the missing folder.
-    for (const QStringList &row : rowsOf(3, R"(
+    QList<QStringList> rows = rowsOf(3, R"(
             X:\scratch~-DO~40 kept 40       -do~7~x:~-V~X:\scratch log 7    X:\scratch~-do~-5 all -5
             X:\scratch~-do~"~+0~" all 0     X:\scratch~-do~24855 kept 24855
             X:\scratch~-do~24856 all 24856  X:\scratch~-do~7%d refused 7%d  X:\scratch~-do~-v refused -v
             X:\scratch~-do~2147483648 refused 2147483648                    X:\scratch~-v~-do missing -do
             X:\scratch~-v~-do7 missing -do7        -do~7~-v missing ''      -v~-v~C: missing C:
             -v~-v~X:\scratch\a missing X:\scratch\a                         -v~-v~%s%n missing %s%n
-            -v~-v~* nothing *                      -v~-v~X:\no\* nothing X:\no\*)")) {
+            -v~-v~* nothing *                      -v~-v~X:\no\* nothing X:\no\*)");
+    // The ellipsis, byte 0x85 of code page 1252, is not white space around a number.
+    for (const char *days : { "14%1", "%114", " 14%1 " })
+        rows << QStringList{ q("X:\\scratch -do \"") + q(days).replace(q("%1"), QChar(0x2026))
+                                 + q("\""),
+                             q("refused"), q(days).replace(q("%1"), q("\x85")) };
+    for (const QStringList &row : rows) {
         SCOPED_TRACE(row[0].toStdString());
         const ScratchFolder scratch;
         makeFile(scratch.path / L"a", old, 1536);
         makeFile(scratch.path / L"b", -10); // dated in the future
-        const std::string last = row[2].toStdString();
+        const std::string last = row[2].toLatin1().toStdString();
         const std::string log = "\n   [X:\\scratch]: \n     -del a\n     -ignT b\n\n\n";
         const std::map<QString, std::pair<std::string, std::wstring>> results = {
             { q("kept"), { reportOn("X:\\scratch", "0 files deleted (0", last), L"a|b" } },
