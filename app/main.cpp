@@ -5,6 +5,7 @@
 #include "app/root_check.h"
 #include "app/wildcard_folders.h"
 #include "sweep/console.h"
+#include "sweep/windows_api.h"
 #include "text/path.h"
 
 // Read by the C start-up: a "*" in an argument arrives as typed, it is not expanded to names.
@@ -26,6 +27,10 @@ constexpr int exitBadNumber = 3;
 
 int main(int argc, char **argv)
 {
+    // A drive without a disk is then an error. By default Windows asks for the disk in a dialog,
+    // and an unattended run waits for a click.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+
     printBanner();
     if (argc - 1 < fewestArguments) {
         printUsage();
