@@ -6,8 +6,8 @@
 
 #include "text/fixed_string.h"
 
-constexpr QChar backslash = QLatin1Char('\\'); // between the folders of a path
-constexpr QChar asterisk = QLatin1Char('*');   // for any text in a name
+const QChar backslash = QLatin1Char('\\'); // between the folders of a path
+const QChar asterisk = QLatin1Char('*');   // for any text in a name
 
 /// Units that the long-path prefix adds to a path, and to a network path.
 constexpr qint32 longPathPrefixUnits = 4;
