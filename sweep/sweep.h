@@ -1,4 +1,4 @@
-// The sweep of one folder tree: deletes old files and removes the subfolders that this empties.
+// The sweep of one folder tree: deletes old files and subfolders that are left empty.
 #pragma once
 
 #include "sweep/file_time.h"

@@ -152,6 +152,15 @@ TEST(Sweep, DeletesOldFilesAndTheFoldersThatThisEmpties)
     EXPECT_EQ(L"deep|deep\\er|deep\\er\\young|h|h\\\x0416%s held|just young", treeOf(scratch.path));
 }
 
+TEST(Sweep, OfTheInstallationMakesLaterRunsFindNone)
+{
+    const std::wstring program = L"X:\\apps\\bin\\win64\\lost.exe";
+    makeFile(L"X:\\apps\\sub\\cfg_global\\globalconfig.ini");
+    EXPECT_EQ(0u, runProgram(L"-do 14 X:\\apps", program).exitCode);
+    EXPECT_FALSE(fs::exists(L"X:\\apps\\sub"));
+    EXPECT_EQ(1u, runProgram(L"-do 14 X:\\apps", program).exitCode);
+}
+
 TEST(Wildcards, RunEveryMatchingFolder)
 {
     // Directory, above the folders that are run, these with the number of their deleted files or

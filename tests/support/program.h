@@ -66,7 +66,7 @@ inline ProgramRun waitFor(const RunningProgram &running)
         CloseHandle(handle);
     const std::regex banner(
         "^(\\.-{64})\r\n\\. kxDeleteOldFiles  8\\.4\\.02\r\n"
-        "\\. Deletes old files and the folders that this empties\\.\r\n\\1\r\n");
+        "\\. Deletes old files and subfolders that are left empty\\.\r\n\\1\r\n");
     EXPECT_TRUE(running.output == nullptr || std::regex_search(run.output, banner)) << run.output;
     EXPECT_FALSE(std::regex_search(run.output, std::regex("(^|[^\r])\n"))) << "a bare line feed";
     const std::regex freeSpace(
