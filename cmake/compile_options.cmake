@@ -1,4 +1,4 @@
-# What every target of ours is compiled with.
+# The compiler and linker options of all our targets.
 add_library(kx_options INTERFACE)
 target_compile_options(kx_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wold-style-cast
@@ -6,17 +6,19 @@ target_compile_options(kx_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
   -Werror
   -ffunction-sections -fdata-sections
-  "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.") # the same program from any folder
+  "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.") # makes the same program in any folder
 if(WIN32)
   target_compile_definitions(kx_options INTERFACE
     NOMINMAX UNICODE _UNICODE WIN32_LEAN_AND_MEAN
-    _WIN32_WINNT=0x0601) # Windows 7, the first to know FIND_FIRST_EX_LARGE_FETCH
-  target_link_options(kx_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+    _WIN32_WINNT=0x0A00) # Windows 10, as in the program's header below
+  # The linker sets the flags for address space randomisation and data execution prevention itself.
+  target_link_options(kx_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp
+    -Wl,--subsystem,console:10.0 -Wl,--major-os-version=10 -Wl,--tsaware)
 endif()
 
-# One static library of a folder of the product. Its headers are included as "folder/header.h" and
-# are seen only by the targets that link it, so an include that runs back up does not build. The
-# PLATFORM_SOURCES call Windows; the other SOURCES build anywhere.
+# Adds the static library kx_FOLDER. Its headers are included as "folder/header.h". Only the targets
+# that link it find them, so an include that runs upwards does not build. PLATFORM_SOURCES call
+# Windows; the other SOURCES build anywhere.
 function(kx_add_layer folder)
   cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;PLATFORM_SOURCES;LINKS")
   if(NOT WIN32)

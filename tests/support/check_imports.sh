@@ -1,8 +1,12 @@
 #!/usr/bin/env bash
-# Checks what the program asks the system for: at its start nothing but the C run-time library and
-# the kernel's DLL, later only DLLs that Windows 10 and later bring along, and the formatted print of
-# the C run-time library, not the compiler's. And that it tells its version and is not more than 2.5 MB
-# when stripped.
+# Checks what the program needs from the system, and a few facts of its file:
+# - At its start it loads only the C run-time library and kernel32.dll, later only DLLs that Windows 10
+#   and later have.
+# - It uses the formatted print of the C run-time library, not the compiler's.
+# - Its start-up code expands no wildcards.
+# - Its header names Windows 10, and has the flags for terminal servers and memory protection.
+# - Its resource has the version.
+# - It has at most 2.5 MB when stripped.
 #
 # usage: check_imports.sh PROGRAM TOOL-PREFIX
 set -euo pipefail
@@ -27,6 +31,11 @@ if ! "$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 
   echo "The start-up code is told to expand wildcards."
   exit 1
 fi
+header=$("$2objdump" -p "$1" | tr -s '[:space:]' ' ')
+for fact in 'MajorOSystemVersion 10 MinorOSystemVersion 0 ' 'MajorSubsystemVersion 10 MinorSubsystemVersion 0 ' \
+  ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE '; do
+  [[ $header == *"$fact"* ]] || { echo "not in the header: $fact"; exit 1; }
+done
 # The signature of a version resource, its format's version, and 8.4.2.0 as words.
 LC_ALL=C grep -qaP '\xbd\x04\xef\xfe\x00{2}\x01\x00\x04\x00\x08\x00{3}\x02\x00' "$1" || { echo "no version"; exit 1; }
 strings -el "$1" | grep -A 1 -x ProductVersion | grep -xF 8.4.02 >/dev/null || { echo "no version"; exit 1; }
