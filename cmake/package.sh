@@ -30,12 +30,13 @@ dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"
 dos /usr/share/doc/gcc-mingw-w64-base/copyright >"$stage/licences/gcc-copyright.txt"
 dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-copyright.txt"
 
-# What a recipient needs to link the program with another QtCore, and that it does give the program.
-cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$stage/relink"
-cp "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_text}.a \
+# What a recipient needs to link the program with another QtCore, and the proof that it makes the
+# program. The scripts keep LF: bash takes no CR.
+cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_options" \
+  "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_text}.a \
   cmake/{toolchain,qtcore,relink}.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
-cmp "$work/relinked.exe" "$program"
+cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
 if grep -rlF -e "$PWD" -e "$qtcore" "$stage"; then
   echo "These files tell where they were made."
   exit 1
