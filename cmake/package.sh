@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Makes the package: dist/kxDeleteOldFiles-VERSION-win64.zip, the same bytes from the same sources.
+# Makes the package: dist/kxDeleteOldFiles-VERSION-win64.zip. The same sources give the same bytes.
 #
 # usage: package.sh BUILD PROGRAM TOOLCHAIN QTCORE DIST
 #
-# BUILD is the build folder that the program was linked in.
+# BUILD is the build folder that the program was linked in. The newest entry of CHANGELOG.md has the
+# date of the release. All files in the package get that date: a cleaned folder keeps a package that is
+# unpacked there soon after the release.
 set -euo pipefail
 umask 022
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -11,18 +13,26 @@ build=$1 program=$2 toolchain=$3 qtcore=$4 dist=$5
 
 version=$(sed -n 's/^#define KX_VERSION "\(.*\)".*/\1/p' app/version.h)
 name=kxDeleteOldFiles-$version-win64
+newest=$(grep -m 1 '^## ' CHANGELOG.md || true)
+date=${newest#"## $version, "}
+if ! [[ $date =~ ^[0-9]{4}-[0-9]{2}-[0-9]{2}$ ]]; then
+  echo "The first entry of CHANGELOG.md must be '## $version, YYYY-MM-DD', but is '$newest'."
+  exit 1
+fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 stage=$work/$name
 
-# dos FILE...: the text as Windows programs expect it.
+# dos [FILE...]: prints the files, or its input, with CR LF at the end of each line.
 dos() {
-  sed 's/$/\r/' "$@"
+  sed 's/\r\?$/\r/' "$@"
 }
 
 mkdir -p "$stage/licences" "$stage/relink"
 "$toolchain/bin/ucrt64-strip" -p -o "$stage/kxDeleteOldFiles.exe" "$program"
-dos docs/manual.md >"$stage/manual.txt"
+python3 package/manual_page.py docs/manual.md package/manual.css "$version" | dos >"$stage/manual.html"
+sed "s/@VERSION@/$version/; s/@DATE@/$date/; s/@NAME@/$name/" package/README.txt | dos >"$stage/README.txt"
+cmark-gfm --to plaintext --width 80 CHANGELOG.md | dos >"$stage/CHANGES.txt"
 sed "s/@SOURCE@/$(cat "$qtcore/SOURCE")/" cmake/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
@@ -43,11 +53,11 @@ if grep -rlF -e "$PWD" -e "$qtcore" "$stage"; then
 fi
 
 cd "$work"
-(cd "$name" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs sha256sum >"$work/sums" &&
+(cd "$name" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs sha256sum | dos >"$work/sums" &&
   mv "$work/sums" SHA256SUMS)
-find "$name" -exec touch -d '2000-01-01 UTC' {} +
+find "$name" -exec touch -d "$date UTC" {} +
 find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -q -X -@ "$name.zip"
 cd - >/dev/null
 mkdir -p "$dist"
 cp "$work/$name.zip" "$dist/"
-(cd "$dist" && sha256sum "$name.zip" >"$name.zip.sha256")
+(cd "$dist" && sha256sum "$name.zip" | dos >"$name.zip.sha256")

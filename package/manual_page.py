@@ -1,0 +1,78 @@
+"""Makes the manual one HTML page that needs no other file.
+
+usage: manual_page.py MANUAL STYLE-SHEET VERSION >PAGE
+"""
+
+import html
+import re
+import subprocess
+import sys
+
+
+def anchor(heading, used):
+    """The id that a heading has on GitHub, so that the manual's links work in both places."""
+    text = html.unescape(re.sub(r"<[^>]*>", "", heading)).lower()
+    name = re.sub(r"[^\w -]", "", text).replace(" ", "-")
+    count = used.get(name, 0)
+    used[name] = count + 1
+    return f"{name}-{count}" if count else name
+
+
+def add_anchors(body):
+    used = {}
+    return re.sub(r"<(h[1-6])>(.*?)</\1>",
+                  lambda m: f'<{m[1]} id="{anchor(m[2], used)}">{m[2]}</{m[1]}>', body)
+
+
+def drop_links_to_files(body):
+    """Keeps the text of links to other files of the repository, which the package does not have."""
+    return re.sub(r'<a href="(?!#|https?:)[^"]*">(.*?)</a>', r"\1", body, flags=re.DOTALL)
+
+
+def keep_short_code_whole(body):
+    """Otherwise an option breaks after its hyphen where a line ends."""
+    return re.sub(r"(?<!<pre>)<code>(?=[^<]{1,20}</code>)", '<code class="whole">', body)
+
+
+def check_links(body):
+    """Ends the program when a link leads nowhere, or when the page would need another file."""
+    missing = set(re.findall(r'href="#([^"]*)"', body)) - set(re.findall(r' id="([^"]*)"', body))
+    if missing or "<img" in body:
+        sys.exit(f"The manual has pictures, or links to headings that it does not have: {missing}")
+
+
+def contents(body):
+    """The list of the sections."""
+    sections = re.findall(r'<h2 id="(.*?)">(.*?)</h2>', body)
+    lines = [f'<li><a href="#{name}">{heading}</a></li>\n' for name, heading in sections]
+    return f'<nav aria-label="Contents">\n<ul>\n{"".join(lines)}</ul>\n</nav>\n'
+
+
+def main():
+    manual, style, version = sys.argv[1:]
+    body = subprocess.run(["cmark-gfm", "--unsafe", "--extension", "table", manual],
+                          stdout=subprocess.PIPE, encoding="utf-8", check=True).stdout
+    body = drop_links_to_files(add_anchors(re.sub(r"<!--.*?-->\n?", "", body, flags=re.DOTALL)))
+    check_links(body)
+    body = keep_short_code_whole(body)
+    body = body.replace("<table>", '<div class="wide"><table>').replace("</table>", "</table></div>")
+    title, rest = body.split("</h1>\n", 1)
+    with open(style, encoding="utf-8") as sheet:
+        sys.stdout.reconfigure(encoding="utf-8")
+        print(f"""<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width">
+<title>kxDeleteOldFiles {version}: manual</title>
+<style>
+{sheet.read()}</style>
+</head>
+<body>
+{title}</h1>
+{contents(body)}{rest}</body>
+</html>""")
+
+
+if __name__ == "__main__":
+    main()
