@@ -28,11 +28,13 @@ dos() {
   sed 's/\r\?$/\r/' "$@"
 }
 
-mkdir -p "$stage/licences" "$stage/relink"
+mkdir -p "$stage/job" "$stage/licences" "$stage/relink"
 "$toolchain/bin/ucrt64-strip" -p -o "$stage/kxDeleteOldFiles.exe" "$program"
 python3 package/manual_page.py docs/manual.md package/manual.css "$version" | dos >"$stage/manual.html"
 sed "s/@VERSION@/$version/; s/@DATE@/$date/; s/@NAME@/$name/" package/README.txt | dos >"$stage/README.txt"
 cmark-gfm --to plaintext --width 80 CHANGELOG.md | dos >"$stage/CHANGES.txt"
+dos job/clean_old_files.cmd >"$stage/job/clean_old_files.cmd"
+cp job/clean_old_files.xml "$stage/job/" # UTF-16 with CR LF already
 sed "s/@SOURCE@/$(cat "$qtcore/SOURCE")/" cmake/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
