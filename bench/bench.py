@@ -1,4 +1,4 @@
-"""Measures the tool against the platform's own calls and writes docs/performance.md's tables.
+"""Measures the tool against the bare Windows calls; writes tables and a picture.
 
 Called by ./dev bench, in the environment of the sealed Wine prefix.
 """
@@ -16,10 +16,12 @@ import time
 from math import log
 
 import measure
+import picture
 import trees
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-REPORT = os.path.join(ROOT, "docs", "performance.md")
+REPORT = os.path.join(ROOT, "build", "bench.md")
+PAGE = os.path.join(ROOT, "docs", "performance.md")
 BEGIN, END = "<!-- begin of the measured part -->\n", "<!-- end of the measured part -->\n"
 
 SWEPT = r"X:\bench\tree"
@@ -43,7 +45,7 @@ START_ROUNDS = 21
 
 
 class Bench:
-    """The folder with the tree, a RAM disk's by choice, and the programs that run on it."""
+    """Runs the programs on trees that it makes in one folder, and checks what they leave."""
 
     def __init__(self, folder, rounds):
         self.root = os.path.join(folder, "tree")
@@ -73,7 +75,7 @@ class Bench:
         return peak
 
     def in_turn(self, names, tree, rounds=None):
-        """The programs' costs, one list for each, from runs A B C A B C ..."""
+        """Returns a list of costs for each program. The programs take turns: A B C A B C ..."""
         costs = {name: [] for name in names}
         for _ in range(rounds or self.rounds):
             for name in names:
@@ -92,7 +94,7 @@ def median_of(costs, field):
 
 
 def median_ratio(costs, base, field):
-    """Of the ratios round by round."""
+    """The median of the ratios of each round."""
     return statistics.median(
         getattr(cost, field) / getattr(other, field) for cost, other in zip(costs, base))
 
@@ -117,9 +119,10 @@ def time_section(bench):
             rate = f"{count / median_of(costs['tool'], 'wall'):,.0f}"
             rows.append([shape, share, f"{count:,}", *ratios, rate])
             say(f"  {shape}, {share} old: {ratios[1]} of the floor, {ratios[4]} of the rival")
-    return "Time as a multiple of the floor's, the last ratio of the rival's:\n\n" + table(
-        ["shape", "old", "files", "tool, wall", "tool, processor", "rival, processor",
-         "floor without reset, processor", "tool to rival, processor", "tool, files/s"], rows)
+    return ("Time as a multiple of the floor's; \"tool to rival\" as a multiple of the rival's:\n\n"
+            + table(["shape", "old", "files", "tool, wall", "tool, processor", "rival, processor",
+                     "floor without reset, processor", "tool to rival, processor",
+                     "tool, files/s"], rows))
 
 
 def growth_section(bench):
@@ -134,12 +137,12 @@ def growth_section(bench):
                 spent = median_of(costs[name], "cpu") - median_of(start[name], "cpu")
                 times[name].append(spent)
         for name in names:
-            # The slope of a straight line through the logarithms.
+            # The slope of a straight line through the points on logarithmic axes.
             slope = statistics.linear_regression(
                 [log(count) for count in GROWTH_FILES], [log(spent) for spent in times[name]]).slope
             rows.append([shape, name, *(f"{spent:.3f} s" for spent in times[name]), f"{slope:.3f}"])
             say(f"  {shape}, {name}: exponent {slope:.3f}")
-    return "Growth: processor time above the start, half of the files old:\n\n" + table(
+    return "Growth: processor time without the start, half of the files old:\n\n" + table(
         ["shape", "program", *(f"{count:,} files" for count in GROWTH_FILES), "exponent"], rows)
 
 
@@ -151,10 +154,10 @@ def memory_section(bench):
         for name in ("tool", "tool -v", "floor"):
             peak = bench.peak(name, tree) - empty
             rows.append([shape, name, f"{peak / 2**20:.1f} MiB", f"{peak / MEMORY_FILES:.0f}"])
-            say(f"  {shape}, {name}: {peak / MEMORY_FILES:.0f} bytes a file")
-    return (f"Peak memory above the empty program's, {MEMORY_FILES:,} files with names of 12 "
+            say(f"  {shape}, {name}: {peak / MEMORY_FILES:.0f} bytes per file")
+    return (f"Peak memory minus that of the empty program; {MEMORY_FILES:,} files with names of 12 "
             "characters, none of them old:\n\n"
-            + table(["shape", "program", "peak", "bytes a file"], rows))
+            + table(["shape", "program", "peak", "bytes per file"], rows))
 
 
 def calls_section(bench):
@@ -167,8 +170,8 @@ def calls_section(bench):
         ratio = f"{per_file['tool'] / per_file['floor']:.3f}"
         rows.append([shape, f"{per_file['tool']:.1f}", f"{per_file['floor']:.1f}", ratio])
         say(f"  {shape}: {ratio} of the floor's")
-    return (f"System calls a file, the program's and the Wine server's together, {CALLS_FILES:,} "
-            "files, half of them old; those of a run on an empty folder are taken off:\n\n"
+    return ("System calls per file, of the program and the Wine server together, without those of a "
+            f"run on an empty folder; {CALLS_FILES:,} files, half of them old:\n\n"
             + table(["shape", "tool", "floor", "ratio"], rows))
 
 
@@ -180,8 +183,8 @@ def start_section():
     ratio = median_ratio(costs["tool"], costs["empty"], "wall")
     say(f"  {ratio:.2f} of the empty program")
     tool, empty = (1000 * median_of(costs[name], "wall") for name in ("tool", "empty"))
-    return (f"From start to banner and usage text: {tool:.0f} ms, the empty program {empty:.0f} ms: "
-            f"{ratio:.2f} times as long.\n\n")
+    return (f"Start, with banner and usage text: {tool:.0f} ms. The empty program: {empty:.0f} ms. "
+            f"Ratio: {ratio:.2f}.\n\n")
 
 
 def size_section():
@@ -199,8 +202,8 @@ def million_section(bench):
     tree = trees.generate("wide", 1_000_000, "half", per_folder=1_000)
     wall = bench.run("tool", tree).wall
     peak = bench.peak("tool", tree) / 2**20
-    text = (f"One million files in 1,000 folders, half of them old: {wall:.0f} s, {peak:.0f} MiB at "
-            "the most, the right tree left behind.\n\n")
+    text = (f"One million files in 1,000 folders, half of them old: {wall:.0f} s, peak memory "
+            f"{peak:.0f} MiB, the right tree left.\n\n")
     say("  " + text.strip())
     return text
 
@@ -211,29 +214,72 @@ def machine():
             f"{wine.stdout.strip()}")
 
 
-def write_report(command, rounds, sections):
-    with open(REPORT, encoding="utf-8") as report:
-        before, rest = report.read().split(BEGIN)
-    after = rest.split(END)[1]
-    head = (f"Measured with `{command}` in {rounds} rounds on {machine()}, "
-            f"{time.strftime('%Y-%m-%d')}.\n\n")
-    with open(REPORT, "w", encoding="utf-8") as report:
-        report.write(before + BEGIN + head + "".join(sections) + END + after)
+def write(path, text):
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(text)
+    say(f"written: {os.path.relpath(path, ROOT)}")
+
+
+def draw(report, path):
+    if picture.draw(report, path):
+        say(f"written: {os.path.relpath(path, ROOT)}")
+
+
+def split_page():
+    """The page's text before the measured part, the measured part, and the text after it."""
+    with open(PAGE, encoding="utf-8") as page:
+        before, rest = page.read().split(BEGIN)
+    return before, *rest.split(END)
+
+
+def write_report(report, to_page):
+    write(REPORT, report)
+    draw(report, REPORT.replace(".md", ".svg"))
+    if to_page:
+        before, _, after = split_page()
+        write(PAGE, before + BEGIN + report + END + after)
+        draw(report, PAGE.replace(".md", ".svg"))
 
 
 def pin_to_one_core():
-    """Programs and server on one core do not wait for each other's core to wake up."""
+    """Saves the programs and the server from waiting for each other's core to wake up."""
     os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
 
 
-def main():
-    parser = argparse.ArgumentParser(prog="./dev bench")
+SECTIONS = {
+    "time": time_section,
+    "growth": growth_section,
+    "memory": memory_section,
+    "calls": calls_section,
+    "start": lambda _: start_section(),
+    "size": lambda _: size_section(),
+    "million": million_section,
+}
+
+
+def read_options():
+    parser = argparse.ArgumentParser(
+        prog="./dev bench",
+        description="Measures the tool and writes tables and a picture: build/bench.md and build/bench.svg.",
+        epilog="A trial that takes a minute: ./dev bench --only time --rounds 1")
     parser.add_argument("--rounds", type=int, default=5, help="rounds of each comparison (5)")
     parser.add_argument("--million", action="store_true", help="also sweep one million files")
     parser.add_argument("--on", default="/dev/shm", metavar="FOLDER",
-                        help="the disk with the trees; by default the RAM disk")
+                        help="the disk for the trees; by default the RAM disk")
+    parser.add_argument("--only", choices=SECTIONS, help="measure only this")
+    parser.add_argument("--write", action="store_true",
+                        help="also put tables and picture into docs/performance.md and .svg")
+    parser.add_argument("--redraw", action="store_true",
+                        help="only draw docs/performance.svg from the table in docs/performance.md")
     options = parser.parse_args()
-    pin_to_one_core()
+    if options.write and options.only:
+        parser.error("--write needs all sections")
+    return options
+
+
+def measure_sections(options):
+    names = [name for name in SECTIONS if name != "million" or options.million]
+    sections = []
     link = os.path.join(ROOT, "build", "scratch", "bench")
     with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
         if os.path.islink(link):
@@ -241,21 +287,24 @@ def main():
         os.symlink(folder, link)
         os.chdir(os.path.join(ROOT, "build", "logs"))
         bench = Bench(folder, options.rounds)
-        sections = []
-        steps = [("processor time", lambda: time_section(bench)),
-                 ("growth", lambda: growth_section(bench)),
-                 ("memory", lambda: memory_section(bench)),
-                 ("system calls", lambda: calls_section(bench)),
-                 ("start", start_section),
-                 ("size", size_section)]
-        if options.million:
-            steps.append(("one million files", lambda: million_section(bench)))
-        for name, step in steps:
+        for name in [options.only] if options.only else names:
             say(f"== {name}")
-            sections.append(step())
+            sections.append(SECTIONS[name](bench))
         os.unlink(link)
-    write_report(shlex.join(["./dev", "bench", *sys.argv[1:]]), options.rounds, sections)
-    say(f"written: {os.path.relpath(REPORT, ROOT)}")
+    return "".join(sections)
+
+
+def main():
+    options = read_options()
+    if options.redraw:
+        draw(split_page()[1], PAGE.replace(".md", ".svg"))
+        return
+    pin_to_one_core()
+    command = shlex.join(["./dev", "bench", *sys.argv[1:]])
+    sections = measure_sections(options)
+    head = (f"Measured with `{command}` in {options.rounds} rounds on {machine()}, "
+            f"{time.strftime('%Y-%m-%d')}.\n\n")
+    write_report(head + sections, options.write)
 
 
 if __name__ == "__main__":
