@@ -1,2 +1,2 @@
-// The benchmark's empty program: what a program of this C++ run-time costs before it does anything.
+// The benchmark's empty program: shows what the C++ run-time costs before main does anything.
 int main() { return 0; }

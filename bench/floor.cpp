@@ -1,10 +1,10 @@
-// The floor of the benchmark: the platform calls that a sweep of a folder tree takes, in the same
-// order as in the tool, and nothing around them: no report, no texts, and of the heap only the
-// list of the folder's entries. What the tool takes above this is its own.
+// The benchmark's floor: the Windows calls that a sweep of a folder tree needs, in the tool's
+// order, and nothing else. It writes no report and builds no texts; on the heap it keeps only the
+// list of a folder's entries. The tool's time beyond the floor's is its own.
 //
 // usage: floor FOLDER DAYS [--no-reset]
 //
-// With --no-reset the attributes of the files stay as they are, to show what that call costs.
+// With --no-reset it does not reset the attributes of files. This shows what that call costs.
 #include <windows.h>
 
 #include <cstdlib>
@@ -19,7 +19,7 @@ constexpr unsigned long long ticksUntil1970 = 116444736000000000u;
 constexpr unsigned long long ticksPerSecond = 10000000;
 constexpr long long secondsPerDay = 86400;
 
-/// The path under way; behind the four units that turn it into the platform's long form.
+/// The current path, stored after the long-path prefix so that both forms are at hand.
 struct Path
 {
     const wchar_t *text(std::size_t plainBelow) const
@@ -27,7 +27,7 @@ struct Path
         return length < plainBelow ? units + prefixLength : units;
     }
 
-    /// Puts a backslash and `name` behind the first `folderLength` units.
+    /// Puts a backslash and `name` after the first `folderLength` units.
     void set(std::size_t folderLength, const wchar_t *name)
     {
         const std::size_t nameLength = std::wcslen(name);
@@ -51,11 +51,11 @@ struct Path
 struct Entry
 {
     long long time;   // seconds since 1970
-    std::size_t name; // where it begins in the names
+    std::size_t name; // index of its first unit in Listing::names
     bool isFolder;
 };
 
-/// The entries of one folder; their names, each with its terminator, one behind the other.
+/// The entries of one folder, and their names one after another, each with its terminator.
 struct Listing
 {
     std::vector<Entry> entries;
@@ -107,7 +107,7 @@ bool removeFile(const wchar_t *path, bool reset)
 
 bool removeFolder(const Path &path)
 {
-    wchar_t full[1024]; // QDir::rmdir asks for it
+    wchar_t full[1024]; // QDir::rmdir makes this call too
     GetFullPathNameW(path.units + Path::prefixLength, 1024, full, nullptr);
     return RemoveDirectoryW(path.units) != 0;
 }
@@ -116,7 +116,7 @@ bool sweep(Path &path, long long maxAge, bool reset, bool removeIfEmpty)
 {
     if (!hasAttributes(path.text(longPathLength), true))
         return true;
-    hasAttributes(path.text(longPathLength), false); // the listing asks whether it got one file
+    hasAttributes(path.text(longPathLength), false); // the tool's listing checks this
     const std::size_t folderLength = path.length;
     Listing listing;
     path.set(folderLength, L"*");

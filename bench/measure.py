@@ -1,4 +1,4 @@
-"""What a Windows program costs under Wine: time, memory, system calls."""
+"""Measures a Windows program under Wine: time, memory, system calls."""
 
 import os
 import signal
@@ -12,7 +12,7 @@ TIMEOUT = 1800  # seconds
 @dataclass(frozen=True)
 class Cost:
     wall: float  # seconds
-    cpu: float  # seconds, the Wine server's part included
+    cpu: float  # seconds, of the program and of the Wine server during the run
 
 
 def _find_server():
@@ -26,12 +26,15 @@ def _find_server():
                 if prefix in environment.read().split(b"\0"):
                     return int(process)
         except (FileNotFoundError, ProcessLookupError):
-            continue  # it ended while we looked
+            continue  # it has just ended
     return None
 
 
 def server():
-    """The process of the prefix's Wine server, which ends when it was idle for a minute."""
+    """Returns the process id of the prefix's Wine server; starts the server if it is not running.
+
+    The server ends after an idle minute.
+    """
     process = _find_server()
     if process is None:
         subprocess.run(["wineserver", "-p60"], check=True)
@@ -57,7 +60,7 @@ def _run_once(command, output):
     wall = time.perf_counter() - start
     signal.alarm(0)
     child.returncode = os.waitstatus_to_exitcode(status)
-    time.sleep(0.02)  # the server still cleans up behind the program
+    time.sleep(0.02)  # the server still cleans up after the program
     cpu = usage.ru_utime + usage.ru_stime + _cpu_of(process) - server_before
     return Cost(wall, cpu), child.returncode
 
@@ -67,7 +70,7 @@ def run(command, expected_exit=0):
     with open("output.txt", "w+b") as output:
         cost, exit_code = _run_once(command, output)
         if exit_code == 1 and output.tell() == 0:
-            # Once in some thousand times Wine ends so before it has started the program.
+            # Once in several thousand runs Wine ends like this without starting the program.
             cost, exit_code = _run_once(command, output)
         output.seek(0)
         text = output.read().decode("latin1")
@@ -77,9 +80,9 @@ def run(command, expected_exit=0):
 
 
 def peak_memory(command):
-    """The most memory in bytes that a run of the program takes."""
+    """Returns the peak memory of a run, in bytes."""
     server()
-    # Through GNU time, since the system counts a child of ours from our own peak on.
+    # Through GNU time: a child of this process would start with this process's memory as its peak.
     timed = ["time", "-q", "-f", "%M", "-o", "peak.txt", "wine", *command]
     subprocess.run(timed, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                    timeout=TIMEOUT)
@@ -96,7 +99,7 @@ def _total_calls(summary):
 
 
 def system_calls(command):
-    """How many system calls a run of the program makes, and the server for it."""
+    """Returns the number of system calls that a run makes, those of the Wine server included."""
     process = server()
     strace = ["strace", "-qq", "-f", "-c", "-U", "calls,name"]
     attached = subprocess.Popen([*strace, "-o", "server.txt", "-p", str(process)])

@@ -1,4 +1,4 @@
-// The benchmark's rival: the same job as a C++17 programmer writes it in twenty lines.
+// The benchmark's rival: the same job in twenty lines of std::filesystem.
 //
 // usage: rival FOLDER DAYS
 #include <chrono>
@@ -14,7 +14,7 @@ static bool sweep(const fs::path &folder, fs::file_time_type limit)
     for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
         const bool isFolder = entry.is_directory();
         if (isFolder ? sweep(entry.path(), limit) : entry.last_write_time() < limit) {
-            if (!isFolder) // a read-only file goes too
+            if (!isFolder) // read-only files are removed too
                 fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add);
             fs::remove(entry.path());
         } else {
@@ -29,7 +29,7 @@ int main(int argc, char **argv)
     if (argc != 3)
         return 2;
     const std::chrono::hours maxAge(24 * std::atoi(argv[2]));
-    // Widened by hand: the C++ library's own conversion does not link with this C run-time.
+    // Widened here: the C++ library's conversion does not link with this C run-time.
     const fs::path folder(std::wstring(argv[1], argv[1] + std::strlen(argv[1])));
     sweep(folder, fs::file_time_type::clock::now() - maxAge);
     return 0;

@@ -1,4 +1,4 @@
-"""The folder trees that the benchmark sweeps: what is in them, and what a sweep must leave."""
+"""The folder trees that the benchmark sweeps: their content, and what a sweep must leave."""
 
 import os
 import random
@@ -15,13 +15,13 @@ DEEP_LEVELS = 60
 
 @dataclass(frozen=True)
 class Tree:
-    """Paths are relative to the tree's root, "" itself; folders come before what is in them."""
+    """A tree. Paths are relative to its root, which is "". A folder comes before its content."""
 
     folders: list
     files: list  # of (path, size in bytes, whether it is old)
 
     def left(self):
-        """The paths that stay when the old files and the folders without a kept file are gone."""
+        """Returns the paths that must stay: young files and the folders above them."""
         kept = {path for path, _, old in self.files if not old}
         for path in list(kept):
             folder = os.path.dirname(path)
@@ -38,8 +38,8 @@ class Tree:
 
 
 def _deep_folders():
-    # Together 232 units: behind X:\bench\tree the last levels pass 240, and their files end below
-    # the 260 from which the rival's library gives up.
+    # 232 units together. After X:\bench\tree the last levels pass 240 units, and their files stay
+    # below 260, where the rival's library gives up.
     folders = []
     path = ""
     for level in range(DEEP_LEVELS):
@@ -56,7 +56,10 @@ def _mixed_folders(count, rng):
 
 
 def generate(shape, count, share, per_folder=10):
-    """The tree of that shape with `count` files; the same each time. `per_folder`: of the wide."""
+    """Returns the tree with `count` files; the same tree each time.
+
+    `per_folder` is the number of files in a folder of the shape "wide".
+    """
     rng = random.Random(f"{shape} {count} {share}")
     if shape == "flat":
         folders = []
@@ -69,7 +72,7 @@ def generate(shape, count, share, per_folder=10):
     homes = folders or [""]
     files = []
     for number in range(count):
-        # Evenly, but for the mixed shape: there a few folders hold many files, many hold few.
+        # The files are spread evenly. In the mixed shape a few folders hold most of them.
         home = homes[number % len(homes)]
         if shape == "mixed":
             home = homes[int(len(homes) * rng.random() ** 3)]
@@ -79,7 +82,7 @@ def generate(shape, count, share, per_folder=10):
 
 
 def create(tree, root, now):
-    """Makes the tree's folders and files, of holes and as old as they should be at `now`."""
+    """Makes the tree on the disk: sparse files, with their ages counted back from `now`."""
     os.mkdir(root)
     for folder in tree.folders:
         os.mkdir(os.path.join(root, folder))
