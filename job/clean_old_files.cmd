@@ -20,9 +20,8 @@ rem The report of this run waits in its own file. Another run with the same log 
 set "report=%log%.report"
 if exist "%report%" del "%report%"
 if exist "%report%" goto no_log
->>"%log%" echo.
 >>"%log%" echo %date% %time% "%program%" %arguments%
-if not exist "%program%" goto no_program
+if not exist "%program%" echo There is no such program, nor one beside this file.>>"%log%"& exit /b 1
 >"%report%" "%program%" %arguments%
 set code=%errorlevel%
 "%SystemRoot%\System32\find.exe" "Errors:" <"%report%" >nul
@@ -31,10 +30,6 @@ copy /y /b "%log%"+"%report%" "%log%" >nul
 if errorlevel 1 goto no_log
 del "%report%"
 exit /b %code%
-
-:no_program
->>"%log%" echo There is no such program, nor one beside this file.
-exit /b 1
 
 :no_log
 echo The log "%log%" cannot be written, or another run uses it.
