@@ -1,55 +1,95 @@
 #!/usr/bin/env bash
-# Runs a Windows program under Wine, in a prefix of the project's own.
+# Runs a Windows program under Wine, in one of the project's own prefixes.
 #
 # usage: wine.sh open|sealed PROGRAM [ARGS...]    or    wine.sh open|sealed --stop
 #        wine.sh open|sealed --with COMMAND [ARGS...]
 #
-#   open     the whole machine is drive Z:, for a program that works on the caller's folders
+#   open     drive Z: is the whole machine, for a program that works on the caller's folders
 #   sealed   the program sees its prefix, drive X: (build/scratch), drive Y: (build/demo) and the
-#            network folder \\server\share (build/scratch/share), and no other folder of the
-#            machine: a faulty build that deletes whatever it finds cannot get further
+#            network folder \\server\share (build/scratch/share). It sees no other folder of the
+#            machine, so a faulty build that deletes whatever it finds gets no further. One way out
+#            is left: Wine opens names that begin with \\?\unix\ anywhere on the machine.
 #
-# The first run makes the prefix. The prefix's server stays for a minute after the last program, so
-# that the next one starts at once; --stop ends it. KX_TIMEOUT is the time in seconds after which a
-# program is killed. --with runs a command of this machine, not a Windows program, that calls wine
-# itself: in the prefix's environment and with its server running.
+# No other link leads out of a prefix, and none to the caller's home. Nothing is run in a prefix in
+# which such a link cannot be removed.
+#
+# The first run makes the prefix. The Wine server stays for a minute after the last program, so that
+# the next one starts at once; --stop ends it. A program is killed after KX_TIMEOUT seconds (600 by
+# default). --with runs a command of this machine that calls wine itself. The command gets the
+# environment of the prefix, and its server is running.
 set -euo pipefail
 
 kind=$1
 shift
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+scratch=$root/build/scratch
 export WINEPREFIX=$root/build/wine/$kind
 export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
-export LC_ALL=C.UTF-8 # names on the disk are UTF-8 to Wine, and its messages English
+export DBUS_SYSTEM_BUS_ADDRESS=disabled: # otherwise Wine adds a drive for each USB stick
+export LC_ALL=C.UTF-8 # Wine then reads names on the disk as UTF-8, and its messages are English
 unset DISPLAY
 
-seal() {
-  local drives=$WINEPREFIX/dosdevices link
-  rm -f "$drives/z:" "$drives"/com* "$drives"/lpt*
-  mkdir -p "$drives/unc/server" "$root/build/scratch/share" "$root/build/demo"
-  ln -s "$root/build/scratch" "$drives/x:"
-  ln -s "$root/build/demo" "$drives/y:"
-  ln -s "$root/build/scratch/share" "$drives/unc/server/share"
-  # Wine links the folders of the user (documents, desktop ...) to those of the real one.
-  find "$WINEPREFIX/drive_c/users" -type l -print | while IFS= read -r link; do
-    rm "$link"
-    mkdir "$link"
+# The links in the folder dosdevices, which are the drives, and where they lead.
+declare -A drives=([c:]=../drive_c)
+if [ "$kind" = open ]; then
+  drives[z:]=/
+else
+  drives+=([x:]=$scratch [y:]=$root/build/demo [unc/server/share]=$scratch/share)
+fi
+
+# Removes every link but the drives above, adds the missing drives, and fails when the prefix then has
+# other links. Wine itself links the user's folders (Desktop, Documents ...) to those of the real home,
+# and serial ports to devices.
+make_links() (
+  cd "$WINEPREFIX" || exit
+  mkdir -p "$scratch/share" "$root/build/demo"
+  find drive_c -type l -exec rm {} \; -exec mkdir {} \;
+  find dosdevices -type l -printf '%P\n' | while IFS= read -r name; do
+    [ "$(readlink "dosdevices/$name")" = "${drives[$name]:-}" ] || rm "dosdevices/$name"
   done
-  [ ! -e "$drives/z:" ] && [ -z "$(find "$WINEPREFIX/drive_c/users" -type l)" ]
+  for name in "${!drives[@]}"; do
+    mkdir -p "$(dirname "dosdevices/$name")"
+    [ -L "dosdevices/$name" ] || ln -s "${drives[$name]}" "dosdevices/$name"
+  done
+  wanted=$(for name in "${!drives[@]}"; do echo "dosdevices/$name ${drives[$name]}"; done | sort)
+  [ "$(find . -type l -printf '%P %l\n' | sort)" = "$wanted" ]
+)
+
+# Closes the prefix, or ends this script.
+seal() {
+  if ! make_links; then
+    echo "wine.sh: links lead out of $WINEPREFIX and cannot be removed; nothing is run" >&2
+    exit 1
+  fi
 }
 
-# Called as a process of its own, in which a failing command ends it.
+# start SECONDS COMMAND...: runs a part of Wine's start-up. It runs in the background, because Wine
+# ignores Ctrl-C while it starts.
+start() {
+  timeout -k 10 "$@" &
+  wait "$!"
+}
+
+# Ends what start has started, and this script.
+interrupted() {
+  kill "${!-}" 2>/dev/null || true # it may have started nothing yet
+  wineserver -k || true # none is running
+  exit 130
+}
+
+# Makes the prefix. It is called as a separate process, in which a failing command ends it.
 make_prefix() {
+  if [ -d "$WINEPREFIX" ]; then
+    wineserver -k || true # left by an interrupted run
+  fi
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
-  timeout -k 10 300 wine wineboot --init
-  timeout -k 10 60 wineserver -w
-  if [ "$kind" = sealed ]; then
-    seal
-  fi
+  start 300 wine wineboot --init
+  start 60 wineserver -w
   touch "$WINEPREFIX/complete"
 }
 
+trap interrupted INT
 if [ "${1:-}" = --stop ]; then
   if [ -d "$WINEPREFIX" ]; then
     wineserver -k || true # none is running
@@ -62,12 +102,14 @@ if [ "${1:-}" = --make ]; then
 fi
 if [ ! -e "$WINEPREFIX/complete" ]; then
   mkdir -p "$root/build/logs"
-  "${BASH_SOURCE[0]}" "$kind" --make >"$root/build/logs/wine-$kind.log" 2>&1 ||
-    { echo "wine.sh: no Wine prefix; see build/logs/wine-$kind.log" >&2; exit 1; }
+  "${BASH_SOURCE[0]}" "$kind" --make >"$root/build/logs/wine-$kind.log" 2>&1 </dev/null ||
+    { echo "wine.sh: the Wine prefix could not be made; see build/logs/wine-$kind.log" >&2; exit 1; }
 fi
-# What the first program of a prefix starts beside itself must not hold the caller's output open.
+seal # before Wine's start, which reads the drives
+# The server's first program also starts Wine's services. They must not hold the caller's output open.
 if wineserver -p60 >/dev/null 2>&1; then
-  timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the program tells more
+  start 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the caller's program will fail, too
+  seal # again, because a new version of Wine makes its links anew at its first start
 fi
 if [ "$1" = --with ]; then
   shift
