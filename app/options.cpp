@@ -21,6 +21,7 @@ const char *readOptions(int argc, char **argv, Options &options)
             bool isNumber = false;
             const QString value = QString::fromLatin1(argv[i]);
             options.daysOld = value.toInt(&isNumber, 10);
+            // QtCore 5 takes it for white space around the number.
             if (!isNumber || value.contains(QChar(nextLine)))
                 return argv[i];
         } else if (isOption(argument, "-v")) {

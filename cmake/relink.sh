@@ -4,8 +4,8 @@
 # usage: relink.sh TOOLCHAIN QTCORE PROGRAM
 #
 # TOOLCHAIN and QTCORE are the folders that toolchain.sh and qtcore.sh, beside this script, make on
-# Debian 12. The library is QTCORE/lib/libQt5Core.a: replace it with your own. PROGRAM is the file to
-# write.
+# Debian 12. PROGRAM is the file to write. For your own library, copy the folder QTCORE, put the library
+# there as lib/libQt5Core.a, and name the copy here: qtcore.sh mends the original.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

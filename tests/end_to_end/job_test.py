@@ -74,6 +74,7 @@ class Job(unittest.TestCase):
         self.assertEqual(run_job(), 0)
         self.assertEqual(LOG.read_bytes().count(b"Errors:"), 1)
         self.assertEqual(LOG.read_bytes().count(b" files deleted"), 2)
+        self.assertEqual(LOG.with_suffix(".log.killed").read_bytes(), b"Errors:")
 
     def test_ends_with_the_exit_code_of_the_program(self):
         self.assertEqual(run_job("-v"), 255)  # -1
@@ -92,16 +93,16 @@ class Job(unittest.TestCase):
         self.assertEqual(run_job(), 4)
         self.assertTrue(OLD.exists())
 
-    def test_ends_with_4_and_deletes_nothing_while_another_run_uses_the_log(self):
-        make_file(REPORT)
-        make_file(FOLDER / "hold.cmd", f'@pause >"{on_drive_x(REPORT)}"'.encode())
-        with subprocess.Popen(["wine", on_drive_x(FOLDER / "hold.cmd")], stdin=subprocess.PIPE) as other:
-            while REPORT.stat().st_size == 0:
-                time.sleep(0.01)
-            self.assertEqual(run_job(), 4)
-            other.communicate(b"\r\n")
-        self.assertTrue(OLD.exists())
-        self.assertFalse(LOG.exists())
+    def test_ends_with_4_and_deletes_nothing_while_another_run_or_program_holds_the_log(self):
+        for held in (REPORT, LOG):
+            make_file(held)
+            make_file(FOLDER / "hold.cmd", f'@pause >"{on_drive_x(held)}"'.encode())
+            with subprocess.Popen(["wine", on_drive_x(FOLDER / "hold.cmd")], stdin=subprocess.PIPE) as other:
+                while held.stat().st_size == 0:
+                    time.sleep(0.01)
+                self.assertEqual(run_job(), 4, held)
+                other.communicate(b"\r\n")
+            self.assertTrue(OLD.exists())
 
 
 class Task(unittest.TestCase):

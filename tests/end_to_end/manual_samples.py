@@ -19,9 +19,10 @@ import time
 
 DRIVE = os.path.join(os.environ["WINEPREFIX"], "drive_c")
 PROGRAM = r"C:\suite\bin\win64\kxDeleteOldFiles.exe"
-FOLDERS = ("a", "temp", "tools", "suite", "exchange",
+SHARE = "../../../scratch/share/x"
+FOLDERS = ("a", "cache", "empty", "temp", "tools", "suite", "exchange", SHARE,
            "users/maria", "users/Max", "users/mia", "users/anna")
-EMPTY_FOLDERS = ("temp/empty", "suite/sub/cfg_global")
+EMPTY_FOLDERS = ("cache", "empty", "temp/empty", "suite/sub/cfg_global", SHARE)
 FILES = (  # path, days old, KiB
     ("temp/cache/a/old.exr", 20, 1500),
     ("temp/cache/keep.exr", 1, 900),
@@ -44,7 +45,7 @@ TABLE = re.compile(r"^\| (command \| message|directory \| folders that are run) 
                    re.MULTILINE)
 CODE = re.compile(r"`([^`]+)`")
 FREE_SPACE = re.compile(r"(Free drive space in .* is )[0-9 ]+( MiB)")
-FOLDER_RUN = re.compile(r"in folder '(.*)', File have|Warning: directory (.*) does not exist!")
+FOLDER_RUN = re.compile(r"in folder '(.*)', File have")
 
 
 def clear():
@@ -91,7 +92,7 @@ def row_of(kind, row):
         return row  # a head line
     if kind.startswith("command"):
         return f"| {first} | `{run(words[0])[:-1]}` |"
-    runs = [a or b for a, b in FOLDER_RUN.findall(run(f"kxDeleteOldFiles -do 14 {words[0]}", *words[1:]))]
+    runs = FOLDER_RUN.findall(run(f"kxDeleteOldFiles -do 14 {words[0]}", *words[1:]))
     remark = rest[rest.index(" ("):] if " (" in rest else " |"
     return f"| {first} | {', '.join(f'`{folder}`' for folder in runs) or 'none'}{remark}"
 
