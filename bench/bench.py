@@ -223,6 +223,8 @@ def write(path, text):
 def draw(report, path):
     if picture.draw(report, path):
         say(f"written: {os.path.relpath(path, ROOT)}")
+    else:
+        say("no picture: there is no table of times")
 
 
 def split_page():
