@@ -1,8 +1,8 @@
-// What the program says of itself.
+// The banner and the usage text.
 #pragma once
 
-/// Prints the four lines with which every run begins: name, version and what the program does.
+/// Prints the first four lines of every run: name, version, and what the program does.
 void printBanner();
 
-/// Prints the options, with examples; for a command line of too few arguments.
+/// Prints the options and examples, for a command line with too few arguments.
 void printUsage();

@@ -1,10 +1,10 @@
 #include "app/folder_run.h"
 
 #include "app/free_space.h"
-#include "app/grouped_number.h"
 #include "sweep/console.h"
 #include "sweep/file_ops.h"
 #include "sweep/sweep.h"
+#include "text/grouped_number.h"
 
 TimeStamp progressStamp = 0; // NOLINT: see the header
 

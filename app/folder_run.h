@@ -1,16 +1,16 @@
-// The run on one concrete folder: its sweep and its report.
+// The run on one folder: its sweep and its report.
 #pragma once
 
 #include "sweep/file_time.h"
 
 #include <QString>
 
-/// When the last progress line of this process was printed; carried on from folder to folder.
-extern TimeStamp progressStamp; // NOLINT: one for all folders of a run, by design
+/// When this process printed its last progress line. All folders of a run share it.
+extern TimeStamp progressStamp; // NOLINT: the one variable that lives through the whole run
 
-/// Deletes the files below `folder` that are older than `daysOld` days and prints the report:
-/// start, count and KiB, errors, with `verbose` every decision, free drive space.
+/// Sweeps `folder` with an age limit of `daysOld` days and prints the report: start, count and KiB,
+/// errors, with `verbose` the decisions, free drive space.
 ///
-/// Returns false, after a warning and nothing else, when the folder does not exist. What could not
-/// be deleted is part of the report and no failure.
+/// Returns false when the folder does not exist, after printing just a warning. Files that cannot
+/// be deleted are reported but are not a failure. The references are a fixed interface.
 bool runFolder(const QString &folder, const qint32 &daysOld, const bool &verbose);

@@ -8,15 +8,15 @@
 #include "sweep/windows_api.h"
 #include "text/path.h"
 
-// Read by the C start-up: a "*" in an argument arrives as typed, it is not expanded to names.
+// Tells the C start-up code to pass on a "*" in an argument instead of expanding it to names.
 extern "C" {
-extern int _dowildcard; // NOLINT: the name is theirs
-int _dowildcard = 0;    // NOLINT: and so is the kind
+extern int _dowildcard; // NOLINT: name and type are fixed by the C start-up code
+int _dowildcard = 0;    // NOLINT: the same
 }
 
 namespace {
 
-constexpr int fewestArguments = 3; // asked for even where two would say everything
+constexpr int minArguments = 3; // deliberately also where two would say everything
 
 constexpr int exitDone = 0; // whatever happened inside the folders
 constexpr int exitUsage = -1;
@@ -32,7 +32,7 @@ int main(int argc, char **argv)
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 
     printBanner();
-    if (argc - 1 < fewestArguments) {
+    if (argc - 1 < minArguments) {
         printUsage();
         return exitUsage;
     }

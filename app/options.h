@@ -3,8 +3,7 @@
 
 #include <QString>
 
-/// What the options say. The days are not checked: 0 and less delete every file, whatever its age,
-/// down to -1491308; below that the minutes overflow.
+/// The options. The days are not checked: 0 or less deletes every file, whatever its age.
 struct Options
 {
     qint32 daysOld = 14;
@@ -12,7 +11,8 @@ struct Options
     QString directory; // empty when no argument names one
 };
 
-/// Reads the arguments from argv[1] on, as Latin-1. An argument that is no option is the directory;
-/// the last one wins. So is a last -do without a value. Returns null, or the value of -do that is
-/// not a number; what stands behind it is not read.
+/// Reads the arguments from argv[1] on, as Latin-1. Options are case-insensitive. Any other
+/// argument is the directory, also a final -do without a value; the last one wins.
+///
+/// Returns null, or the first value of -do that is not a number; later arguments are then not read.
 const char *readOptions(int argc, char **argv, Options &options);

@@ -8,7 +8,7 @@
 
 bool checkInstallRoot(int argc, char **argv)
 {
-    // Kept until the process ends, for whatever the tool comes to ask of its installation.
+    // Fixed: lives until the process ends.
     static const std::unique_ptr<InstallPaths> paths(new InstallPaths);
     QString rootLog;
     bool startedOutsideRoot = false;
@@ -21,7 +21,7 @@ bool checkInstallRoot(int argc, char **argv)
 
     const QStringList flagValues = rootFlagValues(argc, argv);
     const QString lastFlagValue = flagValues.isEmpty() ? QString() : flagValues.last();
-    // One placeholder at a time: one that a text brings along is filled by the next step.
+    // Deliberately one placeholder at a time: the next step also fills a placeholder in a text.
     const QString message =
         QString::fromLatin1("Unable to get KX Root path; This executable was not started from a "
                             "KX directory.\n\n (Tried: '%1', '%2')\n%3")

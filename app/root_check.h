@@ -1,8 +1,8 @@
-// The start-up check: the tool runs inside an installation of the suite only.
+// The start-up check: the tool runs only with an installation of the suite.
 #pragma once
 
 /// Whether the installation root is found. When it is not, prints what was tried.
 ///
-/// The message goes to the formatted print as its format, as the suite's other tools do it: a "%"
-/// in a path is a conversion to it, which finds no value (see printAsFormat).
+/// Deliberately prints the message as a format: a "%" in a path is a conversion without a value
+/// (see printAsFormat).
 bool checkInstallRoot(int argc, char **argv);

@@ -1,4 +1,4 @@
-// What the banner and the version resource of the program tell of it.
+// The texts that the banner and the version resource share.
 #pragma once
 
 #define KX_VERSION "8.4.02" // NOLINT: joined with other literals

@@ -1,9 +1,37 @@
 #include "app/wildcard_folders.h"
 
 #include "app/folder_run.h"
-#include "app/wildcard_parts.h"
 #include "sweep/dir_listing.h"
 #include "text/path.h"
+
+namespace {
+
+/// A path split at its first "*".
+struct WildcardParts
+{
+    QString base;      // the folder to list
+    QString nameStart; // text of the component before the "*"
+    QString nameEnd;   // and after it
+    QString rest;      // from the next backslash on
+};
+
+WildcardParts splitAtWildcard(const QString &path)
+{
+    const qint32 star = path.indexOf(asterisk);
+    const QString prefix = path.left(star);
+    const QString afterStar = path.mid(star + 1);
+    const qint32 separator = afterStar.indexOf(backslash);
+
+    WildcardParts parts;
+    parts.base = folderOfPath(prefix);
+    parts.nameStart = prefix.mid(parts.base.size());
+    parts.nameEnd = afterStar.left(separator); // all of it without a separator
+    if (separator >= 0)
+        parts.rest = afterStar.mid(separator);
+    return parts;
+}
+
+} // namespace
 
 void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verbose)
 {
@@ -15,11 +43,15 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     if (parts.base.isEmpty())
         return;
 
+    constexpr bool includeFolders = true;
+    constexpr bool readAllFirst = false;
+    constexpr bool sort = false;
+    constexpr bool descending = false;
     DirListingHandle entry;
     DirListing::create(entry);
-    // Filters hold for files only, so this one leaves every folder in.
-    DirListing::addSuffixFilter(entry, parts.nameEnd);
-    DirListing::open(entry, parts.base + parts.nameStart + asterisk, true, false, false, false);
+    DirListing::addSuffixFilter(entry, parts.nameEnd); // deliberately without effect on folders
+    DirListing::open(entry, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
+                     sort, descending);
     while (DirListing::next(entry)) {
         const QString name = DirListing::name(entry);
         if (DirListing::isFolder(entry) && !name.contains(asterisk))

@@ -1,13 +1,14 @@
-// The folders that a directory argument with "*" stands for.
+// The folders that a directory argument with "*" matches.
 #pragma once
 
 #include <QString>
 
-/// Runs runFolder on every folder that the path matches, depth first and in the platform's order;
-/// on the path itself when it holds no "*". A folder that can't be listed, or a "*" that matches
-/// none, gives no output.
+/// Runs runFolder on every folder that the path matches, depth-first, in the order of Windows'
+/// search; on the path itself when it has no "*". Only the backslash separates folders. A folder
+/// that cannot be listed, or a "*" without a match, gives no output.
 ///
-/// Text between a "*" and the next backslash does not restrict the folders: a*b matches every
-/// folder that begins with a. That is deliberate, no full pattern is meant. A folder with a "*" in
-/// its own name, which other systems can make, is passed over: it would be expanded forever.
+/// Deliberately no full pattern match: text between a "*" and the next backslash does not restrict
+/// the folders, so a*b matches every folder that begins with a. A folder with a "*" in its own
+/// name, which other systems can make, is skipped; it would be expanded forever. The references
+/// are a fixed interface.
 void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verbose);

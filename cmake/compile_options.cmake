@@ -17,17 +17,13 @@ if(WIN32)
 endif()
 
 # Adds the static library kx_FOLDER. Its headers are included as "folder/header.h". Only the targets
-# that link it find them, so an include that runs upwards does not build. PLATFORM_SOURCES call
-# Windows; the other SOURCES build anywhere.
+# that link it find them, so an include that runs upwards does not build.
 function(kx_add_layer folder)
-  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;PLATFORM_SOURCES;LINKS")
-  if(NOT WIN32)
-    set(layer_PLATFORM_SOURCES)
-  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;LINKS")
   set(include "${CMAKE_BINARY_DIR}/include/${folder}")
   file(MAKE_DIRECTORY "${include}")
   file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include}/${folder}" SYMBOLIC)
-  add_library(kx_${folder} STATIC ${layer_SOURCES} ${layer_PLATFORM_SOURCES})
+  add_library(kx_${folder} STATIC ${layer_SOURCES})
   target_include_directories(kx_${folder} PUBLIC "${include}")
   target_link_libraries(kx_${folder} PUBLIC ${layer_LINKS} PRIVATE kx_options)
 endfunction()

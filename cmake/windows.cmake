@@ -1,4 +1,4 @@
-# The cross tools: KX_TOOLCHAIN in the environment names the folder that cmake/toolchain.sh prints.
+# The cross tools, in the folder KX_TOOLCHAIN, which ./dev takes from cmake/toolchain.sh.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 

@@ -9,43 +9,32 @@ namespace {
 
 constexpr DWORD moduleNameBytes = 250;
 constexpr DWORD currentFolderBytes = 249;
-constexpr char backslash = '\\';
-
-/// Position of the last backslash in front of `end`, or -1.
-qint32 lastBackslashBefore(const FixedNarrowString250 &path, qint32 end)
-{
-    qint32 position = end - 1;
-    while (position >= 0 && path.value[position] != backslash)
-        --position;
-    return position;
-}
-
-void closeWithBackslash(FixedNarrowString250 &path) { path.appendUnits(&backslash, 1); }
 
 FixedNarrowString250 currentFolder()
 {
     FixedNarrowString250 folder;
-    GetCurrentDirectoryA(currentFolderBytes, folder.value);
-    folder.recomputeLength();
+    const DWORD count = GetCurrentDirectoryA(currentFolderBytes, folder.value);
+    // A count that exceeds the buffer is the size that the folder would need.
+    folder.setLength(static_cast<qint16>(count < currentFolderBytes ? count : 0));
     return folder;
 }
 
-/// A buffer of the C run-time library, freed when this goes out of scope.
+/// A variable's value in a buffer of the C run-time, freed when this goes out of scope.
 struct EnvironmentValue
 {
     explicit EnvironmentValue(const QString &name)
-        : isSet(_wdupenv_s(&text, &units, platformText(name)) == 0 && text != nullptr && units > 0)
+        : isSet(_wdupenv_s(&text, &units, toWChar(name)) == 0 && text != nullptr && units > 0)
     {
     }
-    ~EnvironmentValue() { std::free(text); } // NOLINT: the library allocated it so
+    ~EnvironmentValue() { std::free(text); } // NOLINT: the C run-time allocated it
     EnvironmentValue(const EnvironmentValue &) = delete;
     EnvironmentValue &operator=(const EnvironmentValue &) = delete;
 
-    QString toQString() const { return textOfPlatform(text, static_cast<int>(std::wcslen(text))); }
+    QString toQString() const { return fromWChar(text, static_cast<int>(std::wcslen(text))); }
 
     wchar_t *text = nullptr;
     std::size_t units = 0; // the terminator included
-    bool isSet;            // the last: initialised with what is filled above
+    bool isSet;            // last, because its initialiser fills the members above
 };
 
 } // namespace
@@ -56,11 +45,11 @@ FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path)
         return path;
     if (path.endsWithBackslash())
         path.setLength(static_cast<qint16>(path.length - 1));
-    const qint32 last = lastBackslashBefore(path, path.length);
-    const bool isNetworkPath = path.value[1] == backslash;
-    if (last >= 2 && (!isNetworkPath || lastBackslashBefore(path, last) >= 2))
+    const qint32 last = path.lastIndexOfUnit(backslashUnit, path.length);
+    const bool isNetworkPath = path.value[1] == backslashUnit;
+    if (last >= 2 && (!isNetworkPath || path.lastIndexOfUnit(backslashUnit, last) >= 2))
         path.setLength(static_cast<qint16>(last));
-    closeWithBackslash(path);
+    path.appendUnits(&backslashUnit, 1); // also after a backslash that is left
     return path;
 }
 
@@ -69,12 +58,11 @@ FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
 {
     if (path.length < 4)
         return FixedNarrowString250();
-    const bool isRelative = path.value[0] != backslash && path.value[1] != ':';
+    const bool isRelative = path.value[0] != backslashUnit && path.value[1] != ':';
     if (!isRelative || path.firstBackslash() < 0 || currentFolder.length <= 3)
         return path;
 
-    if (!currentFolder.endsWithBackslash())
-        closeWithBackslash(currentFolder);
+    currentFolder.addTrailingBackslash();
     const auto parentReference = fixedText<FixedNarrowString250>("..\\");
     qint32 rest = 0;
     qint32 found = path.indexOfNoCase(parentReference, 0);
@@ -90,7 +78,7 @@ FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
 bool appFolder(const char *argv0, FixedNarrowString250 &folder)
 {
     folder.clear();
-    // A longer name fills the buffer, and no terminator need be in it: the count tells its length.
+    // A longer name fills the buffer, perhaps without a terminator, so the count is its length.
     const DWORD count = GetModuleFileNameA(nullptr, folder.value, moduleNameBytes);
     folder.setLength(static_cast<qint16>(count));
     if (folder.isEmpty() && argv0 != nullptr)

@@ -1,13 +1,13 @@
-// The folders of an installation of the suite, derived from its two roots by fixed rules.
+// The folders of an installation of the suite, derived from its two roots.
 //
-// Every tool of the suite builds the same layout. Folders are texts of at most 250 UTF-16 units,
-// cut without a trace; those that are not empty end in a backslash, unless a folder that came from
-// outside was too long or came without one. Nothing is created.
+// Folders are silently truncated at 250 UTF-16 units. They end with a backslash, unless they are
+// empty, too long, or set to another text by a relink file. No folder is created. Every tool of the
+// suite builds the same layout: a fixed interface, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"
 
-/// What each entry of InstallPaths holds.
+/// The entries of InstallPaths.
 enum InstallEntry {
     installRoot = 0, // the data side: configuration, jobs, settings
     binFolder = 1,
@@ -37,7 +37,7 @@ enum InstallEntry {
     localRenderOutput = 25,
     localCachedScenes = 26,
     localRendererPreferences = 27,
-    unusedFolder = 28,    // always empty
+    unusedFolder = 28,    // fixed: always empty
     executablesRoot = 29, // the program side: binaries, plugins, logs
     statusFolder = 30,    // from the command line
     statistics = 31,
@@ -50,19 +50,19 @@ enum InstallEntry {
     localServer = 38,
 };
 
-/// The 39 folders; all are empty at first.
+/// The 39 folders, all empty at first.
 struct InstallPaths
 {
     FixedWideString250 entries[39];
 };
 
-/// Fills every folder from the installation root, the executables root and the status folder.
+/// Fills every folder from the installation root, the executables root and the status folder. With
+/// an `argc` of 0 the program's folder stays empty. (GetLogicalDrives, variable SystemDrive)
 ///
-/// `renderAppsOverride`, where it names an existing folder, is where the settings of the render
-/// applications are; it wins over `renderAppsFromExeRoot`, which takes some of them from the
-/// executables root. `cfgGlobalFromExeRoot` does so with the global configuration;
-/// `win64Binaries` tells whether the 64-bit programs have a folder of their own. The program's
-/// folder needs an `argc` above 0. (GetLogicalDrives, environment variable SystemDrive)
+/// cfgGlobalFromExeRoot   takes globalConfigOfPrograms from the executables root
+/// renderAppsFromExeRoot  takes renderAppConfig, prePostScripts and renderAppScripts from there
+/// renderAppsOverride     an existing folder to take all settings of the render applications from
+/// win64Binaries          the 64-bit programs have their own folder, bin\win64
 void buildInstallLayout(InstallPaths &paths, int argc, char **argv, bool cfgGlobalFromExeRoot,
                         bool renderAppsFromExeRoot, FixedNarrowString100 renderAppsOverride,
                         bool win64Binaries);

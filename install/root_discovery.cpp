@@ -1,8 +1,8 @@
 #include "install/root_discovery.h"
 
 #include "install/app_path.h"
-#include "install/install_root.h"
 #include "install/root_flags.h"
+#include "install/root_validation.h"
 #include "text/path.h"
 
 namespace {
@@ -16,8 +16,8 @@ QString twoFoldersUp(const QString &folder)
     return parentFolder(parentFolder(folder, backslash), backslash);
 }
 
-/// Notes whether the candidate is a root, and empties it when it is not.
-void judge(QString &candidate, QString &rootLog, const char *whenAccepted)
+/// Logs whether the candidate is a root, and clears it when it is not.
+void acceptOrClear(QString &candidate, QString &rootLog, const char *whenAccepted)
 {
     const bool isValid = isValidRoot(candidate);
     rootLog += QLatin1String(isValid ? whenAccepted : rejected);
@@ -33,7 +33,7 @@ QString rootFromFlag(int argc, char **argv, QString &rootLog, bool &startedOutsi
         candidate = value;
         rootLog += value;
     }
-    judge(candidate, rootLog, acceptedByFlag);
+    acceptOrClear(candidate, rootLog, acceptedByFlag);
     if (candidate.isEmpty())
         return candidate;
     const QString programName = QString::fromLatin1(argv[0]);
@@ -47,14 +47,14 @@ QString rootFromEnvironment(const char *variable, QString &rootLog)
     QString candidate = getEnv(QString::fromLatin1(variable));
     candidate.remove(QLatin1Char('\r'));
     if (!candidate.isEmpty())
-        candidate = closedFolder(candidate);
+        candidate = withTrailingBackslash(candidate);
     rootLog += QLatin1String("\n[") + QLatin1String(variable) + QLatin1String(": ") + candidate;
-    judge(candidate, rootLog, accepted);
+    acceptOrClear(candidate, rootLog, accepted);
     return candidate;
 }
 
-/// The root two folders above the program, unless there is a candidate already; that one is
-/// deliberately tested and noted a second time here.
+/// Takes the root two folders above the program, unless there is a candidate already. Such a
+/// candidate is deliberately tested and logged a second time.
 void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
 {
     if (candidate.isEmpty()) {
@@ -65,19 +65,19 @@ void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLo
     candidate.replace(QLatin1String("\\_internal_"), QLatin1String("\\_"));
     candidate = toBackslashPath(candidate);
     rootLog += QLatin1String("\n[appPath: ") + candidate;
-    judge(candidate, rootLog, accepted);
+    acceptOrClear(candidate, rootLog, accepted);
 }
 
 QString rootFromProgramName(const QString &programName)
 {
     const qint32 last = programName.lastIndexOf(backslash);
-    if (last <= 2) // no folder behind a drive
+    if (last <= 2) // no folder after a drive
         return QString();
     const QString candidate = twoFoldersUp(programName.left(last + 1));
     return isValidRoot(candidate) ? candidate : QString();
 }
 
-/// A root named after its version may lie inside an installation, which is then the root.
+/// Replaces a root that is named after its version by the folder above it, if that is a root.
 void leaveVersionFolder(InstallPaths &paths)
 {
     FixedWideString250 &root = paths.entries[installRoot];
@@ -109,10 +109,10 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
 
     paths.entries[installRoot].assignQString(candidate);
     paths.entries[executablesRoot] = paths.entries[installRoot];
-    const Relink relink = readRelinkFile(paths, rootLog);
-    if (relink == Relink::unreadable)
+    const RelinkResult relink = readRelinkFile(paths, rootLog);
+    if (relink == RelinkResult::cannotOpen)
         return false;
-    if (relink == Relink::none)
+    if (relink == RelinkResult::noFile)
         leaveVersionFolder(paths);
     readStatusFlags(paths, argc, argv);
     buildInstallLayout(paths, argc, argv, cfgGlobalFromExeRoot, renderAppsFromExeRoot,

@@ -14,11 +14,10 @@ void setStatusFolder(InstallPaths &paths, const QString &value)
 {
     FixedWideString250 &status = paths.entries[statusFolder];
     status.assignQString(value);
-    // A quoted value that ends in a backslash arrives with the closing quote behind it.
+    // A quoted value that ends with a backslash arrives with its closing quote.
     if (!status.isEmpty() && status.value[status.length - 1] == u'"')
         status.setLength(static_cast<qint16>(status.length - 1));
-    if (!status.endsWithBackslash())
-        status.appendUnits(u"\\", 1);
+    status.addTrailingBackslash();
     if (!status.startsWithParentReference())
         return;
     FixedWideString250 absolute = paths.entries[installRoot];
@@ -34,7 +33,7 @@ QStringList rootFlagValues(int argc, char **argv)
     QStringList values;
     for (int i = 1; i + 1 < argc; ++i) {
         if (isFlag(decodeEntities(QString::fromLatin1(argv[i])), "-kxRoot"))
-            values.append(closedFolder(decodeEntities(QString::fromLatin1(argv[i + 1]))));
+            values.append(withTrailingBackslash(decodeEntities(QString::fromLatin1(argv[i + 1]))));
     }
     return values;
 }

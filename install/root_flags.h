@@ -1,16 +1,16 @@
-// The flags of the command line that every tool of the suite reads. Arguments are Latin-1.
+// The flags that every tool of the suite reads. Arguments are read as Latin-1.
 #pragma once
 
 #include "install/install_paths.h"
 
 #include <QStringList>
 
-/// The values of every "-kxRoot" flag, in order: decoded, and closed with a backslash unless they
-/// end in a backslash or slash. Whatever begins with the flag, in any case, counts, and so does
-/// whatever follows it.
+/// The values of all "-kxRoot" flags, in order. Entities in flags and values are decoded. A value
+/// gets a trailing backslash unless it ends with a backslash or slash. Any argument that begins
+/// with the flag, in any case, is one; the next argument is its value, whatever it is.
 QStringList rootFlagValues(int argc, char **argv);
 
-/// Sets the status folder from the last "-loadstatus" flag, closed with a backslash; empty without
-/// one. The value is decoded, the flag is not; a quote at the value's end is dropped. A value that
-/// begins with ".." starts at the installation root.
+/// Sets the status folder from the last "-loadstatus" flag, with a trailing backslash; empty
+/// without the flag. Entities are decoded in the value, not in the flag. A final quote of the value
+/// is dropped. A value that begins with ".." is relative to the installation root.
 void readStatusFlags(InstallPaths &paths, int argc, char **argv);

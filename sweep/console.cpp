@@ -1,7 +1,7 @@
-// Before any other header: the C++ library's own headers would otherwise switch <stdio.h> over to
-// the compiler's replacement of the run-time library's formatted print.
-#define __USE_MINGW_ANSI_STDIO 0 // NOLINT: the name is theirs
-#include <stdio.h>               // NOLINT: <cstdio> would read it too late
+// Before any other header. The C++ library's headers would make <stdio.h> use the compiler's
+// formatted print instead of the C run-time's.
+#define __USE_MINGW_ANSI_STDIO 0 // NOLINT: the name is fixed by the compiler
+#include <stdio.h>               // NOLINT: <cstdio> would include it too late
 
 #include "sweep/console.h"
 
@@ -16,8 +16,8 @@ void ignoreInvalidParameter(const wchar_t * /*expression*/, const wchar_t * /*fu
 {
 }
 
-/// While this lives, the run-time library returns from what it takes for an invalid parameter. Its
-/// own way is to end the program; the compiler's start-up code changes that, but not as a promise.
+/// Makes the C run-time ignore invalid parameters for the lifetime of this object. By default it
+/// ends the program; MinGW's start-up code happens to disable that, but does not guarantee it.
 struct QuietInvalidParameters
 {
     QuietInvalidParameters() : before(_set_invalid_parameter_handler(ignoreInvalidParameter)) {}
@@ -30,9 +30,9 @@ struct QuietInvalidParameters
 
 } // namespace
 
-void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like the library's own
+void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like printf
 {
-    va_list arguments; // NOLINT(cppcoreguidelines-init-variables): the next line does it
+    va_list arguments; // NOLINT(cppcoreguidelines-init-variables): va_start does it
     va_start(arguments, format);
     vprintf(format, arguments);
     va_end(arguments);
@@ -40,8 +40,8 @@ void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like the library'
 
 void printAsFormat(const QByteArray &format)
 {
-    // On x86-64 Windows a list of arguments is a pointer to slots of 8 bytes, and no conversion
-    // takes more slots than it has characters ("%*d" takes two).
+    // On x86-64 Windows an argument list is a pointer to slots of 8 bytes. No conversion takes more
+    // slots than it has characters ("%*d" takes two).
     std::vector<quint64> slots(static_cast<std::size_t>(format.size()) + 1, 0);
     static_assert(sizeof(va_list) == sizeof(char *), "x86-64 Windows");
     const QuietInvalidParameters quiet;

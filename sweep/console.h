@@ -1,17 +1,17 @@
-// Standard output, the only place to which the tool prints.
+// Standard output, the only place the tool prints to.
 #pragma once
 
 #include <QByteArray>
 
-/// Prints to standard output. Rests on the C run-time library's own formatted print, not on the
-/// compiler's replacement. Line feeds leave as CR LF when redirected.
+/// Prints to standard output, by the formatted print of the C run-time. Redirected output has CR LF
+/// for each line feed.
 [[gnu::format(ms_printf, 1, 2)]] void print(const char *format, ...);
 
-/// Prints a text as a format without values: to a conversion in it every value is 0 or a null
-/// pointer ("%d" prints 0, "%s" the library's text for null), in the width that it asks for. Where
-/// the library refuses a conversion, such as "%n", the text ends there. No memory is read or
-/// written that is not there, and the program goes on.
+/// Prints a text as a format without values. To a conversion in it every value is 0 or a null
+/// pointer ("%d" prints 0, "%s" the C run-time's text for null), in the width that it asks for.
+/// Where the C run-time refuses a conversion, such as "%n", the text ends. The program goes on, and
+/// no memory outside the text is read or written.
 void printAsFormat(const QByteArray &format);
 
-/// Hands on what was printed so far, so that the log of a long or killed run shows how far it came.
+/// Flushes standard output, so that the log of a long or killed run shows how far it came.
 void flushOutput();

@@ -16,29 +16,22 @@ void closeSearch(DirListing &listing)
     listing.findHandle = INVALID_HANDLE_VALUE;
 }
 
-QString upToLastBackslash(const QString &path)
-{
-    return path.left(path.lastIndexOf(backslash) + 1);
-}
-
-/// Sets folder, prefix and search pattern for what the caller named.
+/// Sets folder, prefix and search pattern from the caller's folder, pattern or file.
 void derivePaths(DirListing &listing, const QString &named)
 {
     listing.folder = toBackslashPath(named);
     listing.searchPattern = listing.folder;
     if (listing.folder.endsWith(asterisk) || fileExists(listing.folder)) {
-        listing.prefix = upToLastBackslash(listing.folder);
+        listing.prefix = listing.folder.left(listing.folder.lastIndexOf(backslash) + 1);
         return;
     }
-    listing.prefix = listing.folder;
-    if (!listing.prefix.endsWith(backslash))
-        listing.prefix += backslash;
+    listing.prefix = withTrailingBackslash(listing.folder);
     listing.searchPattern = listing.prefix + asterisk;
 }
 
-/// Fills `pattern` with the search pattern as the platform takes it. False when it does not fit:
-/// a pattern that was cut has lost its "*" and would find the folder itself, over and over.
-bool makePlatformPattern(const QString &searchPattern, FixedWideString &pattern)
+/// Fills `pattern` with the search pattern as Windows takes it. False when it does not fit: a
+/// truncated pattern has lost its "*" and would find the folder itself, over and over.
+bool makeWindowsPattern(const QString &searchPattern, FixedWideString &pattern)
 {
     pattern.assignQString(searchPattern);
     if (pattern.length <= longPathLength)
@@ -52,14 +45,14 @@ bool makePlatformPattern(const QString &searchPattern, FixedWideString &pattern)
 bool readFirstEntry(DirListing &listing)
 {
     FixedWideString pattern;
-    if (!makePlatformPattern(listing.searchPattern, pattern))
+    if (!makeWindowsPattern(listing.searchPattern, pattern))
         return false;
     listing.findHandle =
-        FindFirstFileExW(platformText(pattern), FindExInfoStandard, &listing.findData,
+        FindFirstFileExW(toWChar(pattern), FindExInfoStandard, &listing.findData,
                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-    // Platforms before Windows 7 do not know the flag.
+    // Windows before version 7 does not know the flag.
     if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
-        listing.findHandle = FindFirstFileW(platformText(pattern), &listing.findData);
+        listing.findHandle = FindFirstFileW(toWChar(pattern), &listing.findData);
     return listing.findHandle != INVALID_HANDLE_VALUE;
 }
 
@@ -72,13 +65,13 @@ bool readNextEntry(DirListing &listing)
 
 bool foundFolder(const DirListing &listing)
 {
-    return (listing.findData.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isFolderAttribute(listing.findData.dwFileAttributes);
 }
 
 QString foundName(const DirListing &listing)
 {
     const wchar_t *name = listing.findData.cFileName;
-    return textOfPlatform(name, static_cast<int>(std::wcslen(name)));
+    return fromWChar(name, static_cast<int>(std::wcslen(name)));
 }
 
 TimeStamp foundTime(const DirListing &listing)
@@ -96,34 +89,24 @@ qint64 foundSize(const DirListing &listing)
     return static_cast<qint64>((high << 32) | listing.findData.nFileSizeLow);
 }
 
-template <typename Test>
-bool anyMatches(const QList<QString> &filters, Test test)
+/// Each kind of filter in use overrides the kinds before it.
+bool passesFilters(const DirListing &listing)
 {
-    return std::any_of(filters.begin(), filters.end(), test);
-}
-
-bool hasFilters(const DirListing &listing)
-{
-    return !listing.suffixFilters.isEmpty() || !listing.prefixFilters.isEmpty()
-           || !listing.containsFilters.isEmpty();
-}
-
-/// Each kind of filter that is in use overrides the verdict of the one before.
-bool passesFilters(const DirListing &listing, const QString &name)
-{
+    if (listing.suffixFilters.isEmpty() && listing.prefixFilters.isEmpty()
+        && listing.containsFilters.isEmpty())
+        return true; // without making a text of the name
+    const QString name = foundName(listing);
     bool accepted = true;
-    if (!listing.suffixFilters.isEmpty())
-        accepted = anyMatches(listing.suffixFilters, [&name](const QString &filter) {
-            return name.endsWith(filter, Qt::CaseInsensitive);
-        });
-    if (!listing.prefixFilters.isEmpty())
-        accepted = anyMatches(listing.prefixFilters, [&name](const QString &filter) {
-            return name.startsWith(filter, Qt::CaseInsensitive);
-        });
-    if (!listing.containsFilters.isEmpty())
-        accepted = anyMatches(listing.containsFilters, [&name](const QString &filter) {
-            return name.contains(filter, Qt::CaseInsensitive);
-        });
+    const auto apply = [&accepted](const QList<QString> &filters, auto matches) {
+        if (!filters.isEmpty())
+            accepted = std::any_of(filters.begin(), filters.end(), matches);
+    };
+    apply(listing.suffixFilters,
+          [&name](const QString &text) { return name.endsWith(text, Qt::CaseInsensitive); });
+    apply(listing.prefixFilters,
+          [&name](const QString &text) { return name.startsWith(text, Qt::CaseInsensitive); });
+    apply(listing.containsFilters,
+          [&name](const QString &text) { return name.contains(text, Qt::CaseInsensitive); });
     return accepted;
 }
 
@@ -137,7 +120,7 @@ bool isAccepted(const DirListing &listing)
 {
     if (foundFolder(listing))
         return listing.includeFolders && !isDotEntry(listing);
-    return !hasFilters(listing) || passesFilters(listing, foundName(listing));
+    return passesFilters(listing);
 }
 
 bool nextInLists(DirListing &listing)
@@ -198,7 +181,7 @@ void clearLists(DirListing &listing)
     listing.folderFlags.clear();
 }
 
-/// Reads every entry into the lists, from which `next` serves them from then on.
+/// Reads every entry into the lists, from which `next` then takes them.
 void readAll(DirListingHandle &handle, bool sort, bool descending)
 {
     DirListing &listing = *handle.listing;
@@ -217,7 +200,7 @@ void readAll(DirListingHandle &handle, bool sort, bool descending)
     listing.index = -1;
 }
 
-/// For a list of paths that came from outside: asks the platform about the current one.
+/// Asks Windows about the current path, when the lists hold paths from outside.
 void readSinglePathStatus(DirListing &listing)
 {
     if (listing.statDone)
@@ -227,12 +210,30 @@ void readSinglePathStatus(DirListing &listing)
     listing.statSize = 0;
     listing.statIsFolder = false;
     const QString &path = listing.names.at(listing.index);
-    const auto cutPath = fixedText<FixedWideString250>(path);
-    const DWORD attributes = GetFileAttributesW(platformText(cutPath));
+    const DWORD attributes = GetFileAttributesW(toWChar(fixedText<FixedWideString250>(path)));
     if (attributes == INVALID_FILE_ATTRIBUTES)
         return;
-    listing.statIsFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    listing.statIsFolder = isFolderAttribute(attributes);
     fileTimeAndSize(path, &listing.statTime, &listing.statSize);
+}
+
+/// Kind, time and size of an entry.
+struct EntryStatus
+{
+    bool isFolder;
+    TimeStamp time;
+    qint64 size;
+};
+
+EntryStatus statusOf(DirListing &listing)
+{
+    if (!listing.fromLists)
+        return { foundFolder(listing), foundTime(listing), foundSize(listing) };
+    const qint32 index = listing.index;
+    if (listing.haveLists)
+        return { listing.folderFlags.at(index), listing.times.at(index), listing.sizes.at(index) };
+    readSinglePathStatus(listing);
+    return { listing.statIsFolder, listing.statTime, listing.statSize };
 }
 
 } // namespace
@@ -266,16 +267,7 @@ bool DirListing::next(DirListingHandle &handle)
     return handle.listing->fromLists ? nextInLists(*handle.listing) : nextInSearch(handle);
 }
 
-bool DirListing::isFolder(DirListingHandle &handle)
-{
-    DirListing &listing = *handle.listing;
-    if (!listing.fromLists)
-        return foundFolder(listing);
-    if (listing.haveLists)
-        return listing.folderFlags.at(listing.index);
-    readSinglePathStatus(listing);
-    return listing.statIsFolder;
-}
+bool DirListing::isFolder(DirListingHandle &handle) { return statusOf(*handle.listing).isFolder; }
 
 QString DirListing::name(const DirListingHandle &handle)
 {
@@ -289,27 +281,9 @@ QString DirListing::fullPath(const DirListingHandle &handle)
     return listing.namesAreFullPaths ? name(handle) : listing.prefix + name(handle);
 }
 
-TimeStamp DirListing::time(DirListingHandle &handle)
-{
-    DirListing &listing = *handle.listing;
-    if (!listing.fromLists)
-        return foundTime(listing);
-    if (listing.haveLists)
-        return listing.times.at(listing.index);
-    readSinglePathStatus(listing);
-    return listing.statTime;
-}
+TimeStamp DirListing::time(DirListingHandle &handle) { return statusOf(*handle.listing).time; }
 
-qint64 DirListing::size(DirListingHandle &handle)
-{
-    DirListing &listing = *handle.listing;
-    if (!listing.fromLists)
-        return foundSize(listing);
-    if (listing.haveLists)
-        return listing.sizes.at(listing.index);
-    readSinglePathStatus(listing);
-    return listing.statSize;
-}
+qint64 DirListing::size(DirListingHandle &handle) { return statusOf(*handle.listing).size; }
 
 void DirListing::addSuffixFilter(DirListingHandle &handle, const QString &text)
 {

@@ -73,7 +73,7 @@ constexpr CodeText exceptionTexts[] = {
     { 0xC00000FD, "EXCEPTION: The thread used up its stack." },
 };
 
-/// Length of a system message without the line break at its end: one CR LF, or either alone.
+/// Length of a message without its final line break: one CR LF, or either alone.
 template <typename Unit>
 DWORD lengthWithoutLineBreak(const Unit *message, DWORD length)
 {
@@ -84,23 +84,23 @@ DWORD lengthWithoutLineBreak(const Unit *message, DWORD length)
     return length;
 }
 
-QString numbered(const char *before, quint32 code, const char *behind)
+QString numbered(const char *before, quint32 code, const char *after)
 {
     return QLatin1String(before) + QString::number(static_cast<qint32>(code))
-           + QLatin1String(behind);
+           + QLatin1String(after);
 }
 
-/// The message of the system's tables; empty when there is none. A message with inserts counts as
-/// none, since there are no values for them.
+/// The message of the system's tables; empty when there is none. FormatMessageW fails for a message
+/// with inserts, since it gets no values for them.
 QString systemMessage(quint32 code)
 {
     wchar_t message[messageBufferLength];
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, userLanguage,
                                         message, messageBufferLength, nullptr);
-    return textOfPlatform(message, static_cast<int>(lengthWithoutLineBreak(message, length)));
+    return fromWChar(message, static_cast<int>(lengthWithoutLineBreak(message, length)));
 }
 
-/// Fills `text` with the message of ntdll's table, its inserts as they stand; false without one.
+/// Fills `text` with the message of ntdll's table, its inserts unchanged. False without one.
 bool findStatusMessage(quint32 code, FixedNarrowString500 &text)
 {
     char message[messageBufferLength];
@@ -131,20 +131,15 @@ FixedWideString errorText(quint32 code)
     return fixedText<FixedWideString>(numbered("Error ", code, ": ") + message + QLatin1Char('.'));
 }
 
-void replaceLineBreaks(FixedWideString &text)
-{
-    std::replace(text.value, text.value + text.length, u'\n', u' ');
-    std::replace(text.value, text.value + text.length, u'\r', u' ');
-}
-
 } // namespace
 
 FixedWideString systemErrorText(quint32 code)
 {
-    if (code == lastErrorCode)
+    if (code == useLastError)
         code = GetLastError();
     FixedWideString text = errorText(code);
-    replaceLineBreaks(text);
+    std::replace(text.value, text.value + text.length, u'\n', u' ');
+    std::replace(text.value, text.value + text.length, u'\r', u' ');
     return text;
 }
 

@@ -2,14 +2,13 @@
 
 #include "sweep/error_text.h"
 #include "sweep/windows_api.h"
-#include "text/path.h"
 
 #include <QDir>
 
 namespace {
 
-/// The path as the platform's calls take it: with the long-path prefix from 240 units on.
-FixedWideString platformPath(const FixedWideString &path)
+/// The path as Windows takes it: with the long-path prefix when it needs one.
+FixedWideString windowsPath(const FixedWideString &path)
 {
     if (path.length < longPathLength)
         return path;
@@ -18,25 +17,23 @@ FixedWideString platformPath(const FixedWideString &path)
     return prefixed;
 }
 
-/// Whether the platform knows the path, exactly as it stands, as a file.
-bool isFile(const FixedWideString &path)
-{
-    const DWORD attributes = GetFileAttributesW(platformText(path));
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
+enum class EntryKind { none, file, folder };
 
-bool isFolder(const wchar_t *path)
+/// The kind of entry that Windows has under exactly this path.
+EntryKind kindOf(const wchar_t *path)
 {
     const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return EntryKind::none;
+    return isFolderAttribute(attributes) ? EntryKind::folder : EntryKind::file;
 }
 
 /// An open file, closed when this goes out of scope.
 struct FileHandle
 {
     explicit FileHandle(const FixedWideString &path)
-        : handle(CreateFileW(platformText(path), 0, 0, nullptr, OPEN_EXISTING,
-                             FILE_ATTRIBUTE_NORMAL, nullptr))
+        : handle(CreateFileW(toWChar(path), 0, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                             nullptr))
     {
     }
     ~FileHandle()
@@ -65,7 +62,10 @@ TimeStamp lastWriteTime(const FileHandle &file)
 
 } // namespace
 
-bool fileExists(const FixedWideString &path) { return isFile(platformPath(path)); }
+bool fileExists(const FixedWideString &path)
+{
+    return kindOf(toWChar(windowsPath(path))) == EntryKind::file;
+}
 
 bool fileExists(const QString &path) { return fileExists(fixedText<FixedWideString>(path)); }
 
@@ -73,11 +73,10 @@ bool folderExists(QString path)
 {
     if (path.size() < 3)
         return false;
-    if (path.endsWith(QLatin1Char('\\')))
+    if (path.endsWith(backslash))
         path.chop(1);
-    if (path.size() < longPathLength)
-        return isFolder(platformText(path));
-    return isFolder(platformText(platformPath(fixedText<FixedWideString>(path))));
+    const FixedWideString folder = windowsPath(fixedText<FixedWideString>(path));
+    return kindOf(toWChar(folder)) == EntryKind::folder;
 }
 
 bool fileTimeAndSize(const FixedWideString &path, TimeStamp *time, qint64 *size)
@@ -105,12 +104,12 @@ bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size)
 
 QString deleteFile(const QString &path)
 {
-    const FixedWideString name = platformPath(fixedText<FixedWideString>(path));
-    if (!isFile(name))
+    const FixedWideString file = windowsPath(fixedText<FixedWideString>(path));
+    if (kindOf(toWChar(file)) != EntryKind::file)
         return QString();
-    // Not checked: where the attributes stay, the deletion itself says why it fails.
-    SetFileAttributesW(platformText(name), FILE_ATTRIBUTE_NORMAL);
-    if (DeleteFileW(platformText(name)) != 0)
+    // The result is not checked: if the attributes stay, the deletion fails and tells why.
+    SetFileAttributesW(toWChar(file), FILE_ATTRIBUTE_NORMAL);
+    if (DeleteFileW(toWChar(file)) != 0)
         return QString();
     const DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND)

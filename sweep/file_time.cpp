@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr quint64 ticksUntil1970 = 116444736000000000u; // from 1601-01-01 to 1970-01-01
+constexpr quint64 ticksFrom1601To1970 = 116444736000000000u;
 constexpr qint64 ticksPerSecond = 10000000;
 constexpr quint32 minutesPerDay = 1440;
 constexpr quint32 secondsPerMinute = 60;
@@ -16,7 +16,7 @@ void currentTime(TimeStamp &now) { now = _time64(nullptr); }
 void fileTimeToSeconds(TimeStamp &seconds, quint32 low, quint32 high)
 {
     const quint64 ticks = (static_cast<quint64>(high) << 32) | low;
-    seconds = static_cast<qint64>(ticks - ticksUntil1970) / ticksPerSecond;
+    seconds = static_cast<qint64>(ticks - ticksFrom1601To1970) / ticksPerSecond;
 }
 
 bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now)
@@ -26,7 +26,7 @@ bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now
         current = *now;
     else
         currentTime(current);
-    // Summed without sign, so that it wraps.
+    // Unsigned, so that the sum wraps.
     const auto end =
         static_cast<TimeStamp>(static_cast<quint64>(stamp) + static_cast<quint64>(span));
     if (current <= end)

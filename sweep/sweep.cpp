@@ -9,10 +9,10 @@ namespace {
 
 constexpr qint64 secondsBetweenProgressLines = 5;
 constexpr qint64 bytesPerKiB = 1024;
-constexpr qint64 mostUnitsReserved = 1 << 29; // half of what a QString can hold
-constexpr qint32 unitsOfLineAround = 13;      // of a log line, around a name; no suffixes
+constexpr qint32 maxLogUnits = 1 << 29;   // half of what a QString can hold
+constexpr qint32 logUnitsAroundName = 13; // of a line without suffix
 
-/// What stays the same in every folder of one sweep.
+/// The arguments of one sweep, the same in every folder.
 struct Sweep
 {
     bool recurse;
@@ -26,7 +26,7 @@ struct Sweep
     TimeStamp *progressStamp;
 };
 
-/// What is found out about one folder while its entries are visited.
+/// The state of one folder while its entries are visited.
 struct FolderState
 {
     TimeStamp now = 0;
@@ -35,10 +35,18 @@ struct FolderState
     bool failed = false; // to delete a file
 };
 
-/// Where decisions are logged, the names of deleted files apart; or null.
-QString *decisionLog(const Sweep &sweep) { return sweep.namesOnly ? nullptr : sweep.log; }
+/// The log for deletions, or null. A full log gets no more lines, so that the run does not end
+/// without its report because of its log.
+QString *deletionLog(const Sweep &sweep)
+{
+    const bool hasRoom = sweep.log != nullptr && sweep.log->size() < maxLogUnits;
+    return hasRoom ? sweep.log : nullptr;
+}
 
-/// Appends a line's pieces, without a text in between, to a text that may be absent.
+/// The log for all other decisions, or null.
+QString *decisionLog(const Sweep &sweep) { return sweep.namesOnly ? nullptr : deletionLog(sweep); }
+
+/// Appends the pieces of a line to a text that may be absent.
 template <typename... Pieces>
 void append(QString *text, const Pieces &...pieces)
 {
@@ -46,21 +54,21 @@ void append(QString *text, const Pieces &...pieces)
         (text->append(pieces), ...);
 }
 
-/// Makes room in the log for a line on each entry of a folder whose lines more than double it:
-/// grown line by line, the log of a huge folder would be copied, and be in memory twice, as it
-/// doubles.
+/// Reserves log space for a whole folder when its lines would more than double the log. Growing
+/// line by line would copy the log and briefly hold it twice.
 void reserveLog(const Sweep &sweep, const DirListing &listing)
 {
-    if (decisionLog(sweep) == nullptr)
+    QString *log = decisionLog(sweep);
+    if (log == nullptr)
         return;
-    qint64 units = sweep.log->size();
+    qint64 units = log->size();
     for (const QString &name : listing.names)
-        units += unitsOfLineAround + name.size();
-    if (units / 2 > sweep.log->capacity() && units < mostUnitsReserved)
-        sweep.log->reserve(static_cast<qint32>(units));
+        units += logUnitsAroundName + name.size();
+    if (units / 2 > log->capacity() && units < maxLogUnits)
+        log->reserve(static_cast<qint32>(units));
 }
 
-/// The first of the ignored suffixes that the name ends with, or null.
+/// The first ignored suffix that the name ends with, or null.
 const QString *ignoredSuffix(const Sweep &sweep, const QString &name)
 {
     if (sweep.ignoreSuffixes == nullptr)
@@ -71,7 +79,7 @@ const QString *ignoredSuffix(const Sweep &sweep, const QString &name)
     return nullptr;
 }
 
-void keep(FolderState &state)
+void markKept(FolderState &state)
 {
     state.kept = true;
     state.nothingLeft = false;
@@ -79,9 +87,9 @@ void keep(FolderState &state)
 
 void printProgress(const Sweep &sweep, const QString &folder, const TimeStamp &now)
 {
-    if (sweep.progressStamp == nullptr)
-        return;
-    if (!hasElapsed(*sweep.progressStamp, secondsBetweenProgressLines, true, &now))
+    constexpr bool update = true;
+    if (sweep.progressStamp == nullptr
+        || !hasElapsed(*sweep.progressStamp, secondsBetweenProgressLines, update, &now))
         return;
     print("     ...%s...\n", folder.toLatin1().constData());
     flushOutput();
@@ -99,7 +107,7 @@ void countDeletion(const Sweep &sweep, qint64 size)
     if (sweep.deletedCount != nullptr)
         ++*sweep.deletedCount;
     if (sweep.deletedKiB != nullptr)
-        // Summed without sign: a broken disk may tell of a size that wraps.
+        // Unsigned, because a broken disk may report a size that wraps.
         *sweep.deletedKiB +=
             static_cast<qint64>(static_cast<quint64>(size) + bytesPerKiB / 2) / bytesPerKiB;
 }
@@ -107,9 +115,9 @@ void countDeletion(const Sweep &sweep, qint64 size)
 void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
 {
     const qint64 size = DirListing::size(entry);
-    // Logged before the attempt, so the line stands for a file that then can't be deleted too.
-    append(sweep.log, QLatin1String(sweep.namesOnly ? "" : "     -del "), DirListing::name(entry),
-           QLatin1String("\n"));
+    // Deliberately logged before the attempt, so a file that cannot be deleted has its line too.
+    const QLatin1String head(sweep.namesOnly ? "" : "     -del ");
+    append(deletionLog(sweep), head, DirListing::name(entry), QLatin1String("\n"));
     const QString path = DirListing::fullPath(entry);
     const QString error = deleteFile(path);
     if (error.isEmpty()) {
@@ -128,12 +136,12 @@ void sweepFile(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ignS "), name, QLatin1String("   '"),
                *suffix, QLatin1String("'\n"));
-        keep(state);
+        markKept(state);
         return;
     }
     if (!isOldEnough(sweep, state, DirListing::time(entry))) {
         append(decisionLog(sweep), QLatin1String("     -ignT "), name, QLatin1String("\n"));
-        keep(state);
+        markKept(state);
         return;
     }
     deleteEntry(sweep, entry, state);
@@ -150,36 +158,40 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &entry, FolderSta
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
                *suffix, QLatin1String("'\n"));
-        // Not kept, unlike a file: the removal of the folder around it is still tried, fails, and
-        // that failure is what tells of the subfolder.
+        // Deliberately not marked as kept, unlike a file: the sweep still tries to remove the
+        // folder around it, and reports that it cannot.
         state.nothingLeft = false;
         return;
     }
     append(decisionLog(sweep), QLatin1String("     -dir ["), name, QLatin1String("]\n"));
     if (!sweepTree(sweep, DirListing::fullPath(entry), sweep.recurse))
-        keep(state);
+        markKept(state);
 }
 
 bool removeEmptied(const Sweep &sweep, const QString &folder)
 {
     if (removeFolder(folder))
         return true;
-    const FixedWideString reason = systemErrorText(lastErrorCode);
+    const FixedWideString reason = systemErrorText(useLastError);
     append(sweep.errors, QLatin1String("Error deleting folder "), folder, QLatin1String(":"),
            reason.toQString(), QLatin1String("\n"));
     return false;
 }
 
-/// One folder and all below it. Links are followed without a limit or a look for cycles; those end
-/// where a path no longer fits into the platform's calls.
+/// Sweeps one folder and everything below it. Links are followed without a limit; a cycle ends
+/// where the path no longer fits into a Windows call.
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
 {
     if (!folderExists(folder))
         return true;
 
+    constexpr bool includeFolders = true;
+    constexpr bool readAllFirst = true; // so that entries can be deleted on the way
+    constexpr bool sort = false;
+    constexpr bool descending = false;
     DirListingHandle entry;
     DirListing::create(entry);
-    DirListing::open(entry, folder, true, true, false, false);
+    DirListing::open(entry, folder, includeFolders, readAllFirst, sort, descending);
     append(decisionLog(sweep), QLatin1String("   ["), folder, QLatin1String("]: \n"));
     reserveLog(sweep, *entry.listing);
     FolderState state;

@@ -6,25 +6,28 @@
 #include <QString>
 #include <QStringList>
 
-/// Deletes the files below `folder` whose last change lies more than `maxAgeMinutes` back, and goes
-/// on after what it cannot delete.
+/// Deletes the files below `folder` that were last written more than `maxAgeMinutes` ago. Files and
+/// folders that cannot be deleted do not stop it.
 ///
-/// folder          a closing backslash is tolerated; one that does not exist gives true, no more
+/// folder          may end with a backslash. If it does not exist, the result is true
 /// removeIfEmpty   remove the folder itself when nothing is left in it
-/// recurse         sweep the subfolders too; each is removed when it ends up empty. Links to
-///                 folders are followed, and nothing detects cycles
-/// maxAgeMinutes   0 or less deletes every file, whatever its age. As seconds it wraps at 32 bits
-/// ignoreSuffixes  null, or ends of names, no case, of entries to leave alone
-/// errors          null, or a text to which a line is appended for each failure
+/// recurse         sweep the subfolders too, and remove each that is left empty. Links to folders
+///                 are followed, and cycles are not detected
+/// maxAgeMinutes   0 or less deletes every file, whatever its age. In seconds it wraps at 32 bits
+/// ignoreSuffixes  null, or endings of names, case-insensitive, of entries to leave alone
+/// errors          null, or a text that gets a line for each failure
 /// deletedCount    null, or a counter of deleted files
-/// deletedKiB      null, or a total of their sizes, each rounded to the nearest KiB
-/// log             null, or a text to which a line is appended for each decision
-/// namesOnly       log nothing but the names of deleted files
-/// progressStamp   null, or the time of the last progress line that this run printed; a line is
-///                 printed on entering a folder when that lies more than 5 seconds back
+/// deletedKiB      null, or the total of their sizes, each rounded to the nearest KiB
+/// log             null, or a text that gets a line for each decision. Once it holds 2^29 UTF-16
+///                 units, half of what a QString can, it gets no more lines
+/// namesOnly       log only the names of deleted files
+/// progressStamp   null, or the time of the run's last progress line. Entering a folder prints a
+///                 line when that is more than 5 seconds ago
 ///
-/// Returns whether nothing that the sweep saw is left in the folder; with `removeIfEmpty` then
-/// whether the folder could be removed.
+/// Returns true when the folder is now empty as far as the sweep saw; with `removeIfEmpty`, true
+/// when it was also removed.
+///
+/// A fixed interface of the suite's tools, see CONTRIBUTING.md.
 bool sweepFolder(const QString &folder, const bool &removeIfEmpty, const bool &recurse,
                  const qint32 &maxAgeMinutes, const QStringList *ignoreSuffixes, QString *errors,
                  qint32 *deletedCount, qint64 *deletedKiB, QString *log, const bool &namesOnly,

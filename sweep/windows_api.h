@@ -1,30 +1,34 @@
-// The one door to <windows.h>, whose settings the build gives, and the units of our texts as the
-// platform's.
+// The only include of <windows.h>, and conversions between our strings and wchar_t.
 #pragma once
 
-#include <windows.h>
+#include <windows.h> // the build sets its options
 
 #include "text/fixed_string.h"
 
-static_assert(sizeof(wchar_t) == sizeof(char16_t), "the platform's wide units are UTF-16");
+static_assert(sizeof(wchar_t) == sizeof(char16_t), "wchar_t of Windows is a UTF-16 unit");
 
-/// The zero-terminated units of a text for a wide-character platform call. They live as long as
-/// the text itself is neither changed nor destroyed.
-inline const wchar_t *platformText(const QString &text)
+/// Whether attributes from Windows, not INVALID_FILE_ATTRIBUTES, are those of a folder.
+inline bool isFolderAttribute(DWORD attributes)
+{
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// The zero-terminated units of a text, for the wide-character functions of Windows. Valid until
+/// the text is changed or destroyed.
+inline const wchar_t *toWChar(const QString &text)
 {
     return reinterpret_cast<const wchar_t *>(text.utf16());
 }
 
 template <qint32 Capacity>
-const wchar_t *platformText(const FixedString<char16_t, Capacity> &text)
+const wchar_t *toWChar(const FixedString<char16_t, Capacity> &text)
 {
     return reinterpret_cast<const wchar_t *>(text.value);
 }
 
-/// The text of `length` units that the platform wrote, unit for unit: QString's own conversions
-/// from wide characters take a leading U+FEFF for a byte order mark and drop it, which would turn
-/// one file's name into another's.
-inline QString textOfPlatform(const wchar_t *units, int length)
+/// The text of `length` units, unit for unit. QString's own conversions from wide characters drop a
+/// leading U+FEFF as a byte order mark, which would change a file's name.
+inline QString fromWChar(const wchar_t *units, int length)
 {
     return QString(reinterpret_cast<const QChar *>(units), length);
 }

@@ -1,6 +1,6 @@
 #include "install/app_path.h"
-#include "install/install_root.h"
 #include "install/root_discovery.h"
+#include "install/root_validation.h"
 
 #include "support/files.h"
 #include "support/text_printing.h"

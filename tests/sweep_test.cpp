@@ -40,7 +40,7 @@ TEST(ErrorText, WordsACodeInOneLine)
     EXPECT_EQ(q("ERROR code 107. (No system message found)"), text(107)); // it has inserts
     EXPECT_EQ(q("ERROR code -268435457. (No system message found)"), text(0xEFFFFFFF));
     SetLastError(145);
-    EXPECT_EQ(q(systemError(145).c_str()) + q("."), text(lastErrorCode));
+    EXPECT_EQ(q(systemError(145).c_str()) + q("."), text(useLastError));
 
     // The twenty fixed texts by the checksum of all of them, made from what users were told.
     QByteArray texts;
@@ -253,6 +253,39 @@ TEST(SweepFolder, LeavesNothingOpen)
         EXPECT_NE(INVALID_HANDLE_VALUE, alone) << testing::PrintToString(std::wstring(left));
         CloseHandle(alone);
     }
+}
+
+TEST(FileTime, CountsWholeSecondsFrom1970)
+{
+    for (const QStringList &row : rowsOf(2, R"(
+            116444736000000000 -> 0     116444736009999999 -> 0   116444736010000000 -> 1
+            116444735990000000 -> -1    116444735990000001 -> 0   0 -> -11644473600
+            9223372036854775807 -> 910692730085)")) {
+        const quint64 ticks = row[0].toULongLong(); // of 100 ns
+        TimeStamp seconds = 7;
+        fileTimeToSeconds(seconds, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
+        EXPECT_EQ(row[1].toLongLong(), seconds) << row[0];
+    }
+}
+
+TEST(FileTime, HasElapsedOnlyBehindTheSpan)
+{
+    TimeStamp stamp = 100;
+    const TimeStamp end = 105;
+    const TimeStamp behind = 106;
+    EXPECT_FALSE(hasElapsed(stamp, 5, true, &end));
+    EXPECT_TRUE(hasElapsed(stamp, 5, false, &behind));
+    EXPECT_EQ(100, stamp);
+    EXPECT_TRUE(hasElapsed(stamp, 5, true, &behind));
+    EXPECT_EQ(106, stamp);
+    EXPECT_FALSE(hasElapsed(stamp, 1LL << 32, false, &behind)); // more than 32 bits
+    EXPECT_TRUE(hasElapsed(stamp, 5, true));
+    EXPECT_FALSE(hasElapsed(stamp, 5, false)); // it is the current time now
+
+    EXPECT_EQ(2147472000, minutesToSeconds(daysToMinutes(24855)));
+    EXPECT_EQ(-2147408896, minutesToSeconds(daysToMinutes(24856)));
+    EXPECT_EQ(2147483520, daysToMinutes(1491308));
+    EXPECT_EQ(-2147482336, daysToMinutes(1491309));
 }
 
 } // namespace

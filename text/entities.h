@@ -4,10 +4,10 @@
 #include <QString>
 
 /// The text with &lt; &gt; &quot; &apos; &amp; and the numeric entities of the German umlauts and
-/// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Nothing
-/// else is decoded; the names are case-sensitive.
+/// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Names
+/// are case-sensitive, and nothing else is decoded.
 ///
-/// &amp; is decoded behind the other names and in front of the numbers, deliberately:
+/// Deliberately, &amp; is decoded after the other names and before the numbers:
 ///
-///     &amp;lt; gives &lt;    &amp;#196; gives the capital A with diaeresis
+///     &amp;lt; returns &lt;    &amp;#196; returns the capital A with diaeresis
 QString decodeEntities(QString text);

@@ -1,10 +1,11 @@
-// Heap-free strings of fixed capacity, which carry paths and messages to the platform.
+// Strings of fixed capacity without heap memory, which carry paths and messages to Windows.
 //
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
-// in the narrow variants); text that passes the capacity is cut without a trace; value[length] is
-// always 0; units behind that terminator mean nothing (clear, assignNarrow and zeroTail set them to
-// 0, setLength leaves them). "No case" means that a to z count as A to Z; no other letter is
-// folded.
+// in the narrow variants). Text beyond the capacity is silently truncated. value[length] is always
+// 0. Units after that terminator mean nothing: clear, assignNarrow and zeroTail set them to 0,
+// setLength leaves them. Case-insensitive operations fold a to z only.
+//
+// A fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include <QString>
@@ -13,14 +14,17 @@
 #include <cstddef>
 #include <cstring>
 
-/// The unit with a to z turned into A to Z, like the C library's toupper in its default locale.
+constexpr char backslashUnit = '\\';
+constexpr char slashUnit = '/';
+
+/// The unit with a to z turned into A to Z, like the C run-time's toupper in its default locale.
 template <typename Unit>
 constexpr Unit upperCaseUnit(Unit unit)
 {
     return unit >= Unit('a') && unit <= Unit('z') ? static_cast<Unit>(unit - ('a' - 'A')) : unit;
 }
 
-/// Whether two runs of `count` units are equal, no case.
+/// Whether two runs of `count` units are equal, case-insensitive.
 template <typename Unit>
 bool sameUnitsNoCase(const Unit *left, const Unit *right, qint32 count)
 {
@@ -41,16 +45,20 @@ struct FixedString
     Unit value[static_cast<std::size_t>(Capacity) + 1] = {};
 
     /// Empties the string and sets all of its units to 0.
-    void clear();
+    void clear()
+    {
+        length = 0;
+        zeroTail();
+    }
 
     /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
-    /// becomes the unit 0xFFE9 in a wide string: deliberately no code page enters.
+    /// becomes the unit 0xFFE9 in a wide string. That is deliberate: no code page is used.
     void assignNarrow(const char *text);
 
     /// Sets every unit from the terminator to the end of the array to 0.
-    void zeroTail();
+    void zeroTail() { std::fill(value + length, value + Capacity + 1, Unit(0)); }
 
-    /// Copies length and all units, those behind the terminator included.
+    /// Copies length and all units, also those after the terminator.
     void assign(const FixedString &other) { *this = other; }
 
     /// Takes the first units of a QString, at most the capacity (wide strings only).
@@ -59,55 +67,60 @@ struct FixedString
     /// Takes the first Latin-1 bytes of a QString, at most the capacity (narrow strings only).
     void assignLatin1(const QString &text);
 
-    /// The text as a QString of exactly `length` characters; narrow text is read as Latin-1.
+    /// A QString of exactly `length` characters. Narrow text is read as Latin-1.
     QString toQString() const;
 
-    /// Sets the length, held between 0 and the capacity, and the terminator; nothing else, so that
-    /// growing shows what stood behind the old terminator.
+    /// Sets the length, limited to the range from 0 to the capacity, and the terminator. Nothing
+    /// else changes, so growing exposes the units after the old terminator.
     void setLength(qint16 newLength);
 
-    /// Sets the length to the first 0 unit, or to the capacity (and a 0 there) when there is none.
+    /// Sets the length to the position of the first 0 unit. Without one, sets it to the capacity
+    /// and puts the 0 there. Fixed: not called here.
     void recomputeLength();
 
-    /// The first `count` units, fewer when the string is shorter, none for a negative count.
+    /// The first `count` units; fewer when the string is shorter, none for a negative count.
     FixedString left(qint32 count) const;
 
     /// Appends `count` units, as many as fit. Nothing for null or a count of 0 or less.
     void appendUnits(const Unit *units, qint32 count);
 
-    /// Puts `text` in front of the unit at `position` (0 when negative, the end when past it).
+    /// Appends a backslash when the last unit is not one and there is room.
+    void addTrailingBackslash();
+
+    /// Inserts `text` before the unit at `position` (0 when negative, the end when past it).
     void insertAt(const qint32 &position, const FixedString &text);
 
-    /// Drops the units between `position` and `position` + `count`, as far as they are there; with
-    /// a negative count the units in front of `position` come twice.
+    /// Removes up to `count` units at `position`. A negative count duplicates the units before it.
     void removeRange(const qint32 &position, const qint32 &count);
 
-    /// Replaces every `find`, no case, in one pass from the left whose next search starts behind
-    /// the inserted text: "\\" by "\" turns three backslashes into two. Both are other strings.
+    /// Replaces every `find`, case-insensitive, in one pass from the left. Each search starts after
+    /// the inserted text, so replacing "\\" by "\" turns three backslashes into two. Neither
+    /// operand may be this string.
     FixedString &replaceAllNoCase(const FixedString &find, const FixedString &replacement);
 
     /// Turns a to z into A to Z in place.
-    void toUpper();
+    void toUpper() { std::transform(value, value + length, value, upperCaseUnit<Unit>); }
 
     /// Turns every slash into a backslash in place.
     FixedString &toBackslashes();
 
     bool isEmpty() const { return length == 0; }
 
-    /// Whether the first unit is exactly `unit`; false when empty.
+    /// Whether the first unit is exactly `unit`; false when empty. Fixed: not called here.
     bool firstUnitIs(Unit unit) const { return !isEmpty() && value[0] == unit; }
 
     /// Whether the last unit is a backslash; false when empty.
-    bool endsWithBackslash() const { return !isEmpty() && value[length - 1] == Unit('\\'); }
+    bool endsWithBackslash() const { return !isEmpty() && value[length - 1] == backslashUnit; }
 
     /// Position of the first backslash, or -1.
-    qint32 firstBackslash() const { return indexOfUnitNoCase(Unit('\\'), 0); }
+    qint32 firstBackslash() const { return indexOfUnitNoCase(backslashUnit); }
 
-    /// Whether the string begins with `prefix`, no case; false when either is empty. A prefix that
-    /// is neither empty nor too long is left upper-cased: hand over one that is thrown away.
+    /// Whether the string begins with `prefix`, case-insensitive; false when either is empty.
+    /// Deliberately leaves a prefix that is neither empty nor too long in upper case, so pass one
+    /// that is not needed afterwards.
     bool startsWithNoCase(FixedString &prefix) const;
 
-    /// Whether the string ends with `suffix`, no case; false when either is empty.
+    /// Whether the string ends with `suffix`, case-insensitive; false when either is empty.
     bool endsWithNoCase(const FixedString &suffix) const;
 
     /// Whether the string begins with a parent reference, "..".
@@ -116,22 +129,28 @@ struct FixedString
     /// Whether the string begins with two backslashes, as a network path does.
     bool isUncPath() const;
 
-    /// Order, no case, of the units' bytes in memory, not of their values; with an equal beginning
-    /// the shorter string is the smaller. Negative, 0 or positive.
+    /// Compares case-insensitively, by the bytes of the units in memory instead of their values.
+    /// After an equal beginning the shorter string is the smaller. Negative, 0 or positive. Fixed:
+    /// not called here.
     qint32 compareNoCase(const FixedString &other) const;
 
+    /// Whether both strings are equal, case-insensitive. Fixed: not called here.
     bool equalsNoCase(const FixedString &other) const
     {
         return length == other.length && sameUnitsNoCase(value, other.value, length);
     }
 
-    /// Position of the first `text`, no case, at or after `from`; -1 when there is none or `text`
-    /// is empty. A negative `from` counts as 0.
+    /// Position of the first `text`, case-insensitive, at or after `from`; -1 when there is none or
+    /// `text` is empty. A negative `from` is taken for 0.
     qint32 indexOfNoCase(const FixedString &text, qint32 from) const;
 
-    /// Position of the first `unit`, no case, at or after `from`, or -1. A start outside
-    /// 1 to length - 1 counts as 0.
-    qint32 indexOfUnitNoCase(Unit unit, qint32 from) const;
+    /// Position of the first `unit`, case-insensitive, at or after `from`; -1 when there is none. A
+    /// start outside 1 to length - 1 is taken for 0.
+    qint32 indexOfUnitNoCase(Unit unit, qint32 from = 0) const;
+
+    /// Position of the last `unit`, case-sensitive, before `end`; -1 when there is none. `end` is
+    /// at most the length.
+    qint32 lastIndexOfUnit(Unit unit, qint32 end) const;
 };
 
 using FixedWideString = FixedString<char16_t, 500>;
@@ -140,7 +159,7 @@ using FixedNarrowString100 = FixedString<char, 100>;
 using FixedNarrowString250 = FixedString<char, 250>;
 using FixedNarrowString500 = FixedString<char, 500>;
 
-/// A fixed string that holds the given 8-bit text.
+/// A fixed string with the given 8-bit text.
 template <typename Fixed>
 Fixed fixedText(const char *text)
 {
@@ -149,20 +168,13 @@ Fixed fixedText(const char *text)
     return result;
 }
 
-/// A fixed string that holds the first units of a QString.
+/// A fixed string with the first units of a QString.
 template <typename Fixed>
 Fixed fixedText(const QString &text)
 {
     Fixed result;
     result.assignQString(text);
     return result;
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::clear()
-{
-    length = 0;
-    zeroTail();
 }
 
 template <typename Unit, qint32 Capacity>
@@ -174,12 +186,6 @@ void FixedString<Unit, Capacity>::assignNarrow(const char *text)
         ++length;
     }
     zeroTail();
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::zeroTail()
-{
-    std::fill(value + length, value + Capacity + 1, Unit(0));
 }
 
 template <typename Unit, qint32 Capacity>
@@ -202,7 +208,7 @@ void FixedString<Unit, Capacity>::assignLatin1(const QString &text)
 template <typename Unit, qint32 Capacity>
 QString FixedString<Unit, Capacity>::toQString() const
 {
-    // The units as they stand: QString::fromUtf16 and its kin would drop a leading U+FEFF.
+    // Not QString::fromUtf16, which would drop a leading U+FEFF.
     if constexpr (isWide)
         return QString(reinterpret_cast<const QChar *>(value), length);
     else
@@ -242,6 +248,14 @@ void FixedString<Unit, Capacity>::appendUnits(const Unit *units, qint32 count)
 }
 
 template <typename Unit, qint32 Capacity>
+void FixedString<Unit, Capacity>::addTrailingBackslash()
+{
+    const Unit unit = backslashUnit;
+    if (!endsWithBackslash())
+        appendUnits(&unit, 1);
+}
+
+template <typename Unit, qint32 Capacity>
 void FixedString<Unit, Capacity>::insertAt(const qint32 &position, const FixedString &text)
 {
     const qint32 head = qBound<qint32>(0, position, length);
@@ -255,8 +269,8 @@ template <typename Unit, qint32 Capacity>
 void FixedString<Unit, Capacity>::removeRange(const qint32 &position, const qint32 &count)
 {
     const qint32 head = qBound<qint32>(0, position, length);
-    const qint64 behind = static_cast<qint64>(position) + count;
-    const qint32 rest = static_cast<qint32>(qBound<qint64>(0, behind, length));
+    const qint64 end = static_cast<qint64>(position) + count;
+    const qint32 rest = static_cast<qint32>(qBound<qint64>(0, end, length));
     FixedString result = left(head);
     result.appendUnits(value + rest, length - rest);
     assign(result);
@@ -279,15 +293,9 @@ FixedString<Unit, Capacity>::replaceAllNoCase(const FixedString &find,
 }
 
 template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::toUpper()
-{
-    std::transform(value, value + length, value, upperCaseUnit<Unit>);
-}
-
-template <typename Unit, qint32 Capacity>
 FixedString<Unit, Capacity> &FixedString<Unit, Capacity>::toBackslashes()
 {
-    std::replace(value, value + length, Unit('/'), Unit('\\'));
+    std::replace(value, value + length, Unit(slashUnit), Unit(backslashUnit));
     return *this;
 }
 
@@ -343,8 +351,8 @@ qint32 FixedString<Unit, Capacity>::indexOfNoCase(const FixedString &text, qint3
     if (text.isEmpty() || text.length > length - start)
         return -1;
 
-    // One pass: the sum of a span's units is kept up as the span slides, and only where it equals
-    // that of the searched text are the units themselves compared.
+    // One pass with a running sum of the span's units. The units themselves are compared only where
+    // the sum equals that of the searched text.
     FixedString upper = *this;
     FixedString needle = text;
     upper.toUpper();
@@ -374,4 +382,13 @@ qint32 FixedString<Unit, Capacity>::indexOfUnitNoCase(Unit unit, qint32 from) co
         if (upperCaseUnit(value[i]) == upperCaseUnit(unit))
             return i;
     return -1;
+}
+
+template <typename Unit, qint32 Capacity>
+qint32 FixedString<Unit, Capacity>::lastIndexOfUnit(Unit unit, qint32 end) const
+{
+    qint32 position = end - 1;
+    while (position >= 0 && value[position] != unit)
+        --position;
+    return position;
 }

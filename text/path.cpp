@@ -2,16 +2,16 @@
 
 namespace {
 
-constexpr char16_t backslashUnit = u'\\';
-constexpr char16_t slashUnit = u'/';
 constexpr char longPathPrefix[] = "\\\\?\\";
-constexpr char longNetworkPrefix[] = "\\\\?\\UNC"; // in place of the first backslash
+constexpr char longNetworkPrefix[] = "\\\\?\\UNC"; // replaces the first backslash
 static_assert(sizeof longPathPrefix - 1 == longPathPrefixUnits, "without the terminator");
-static_assert(sizeof longNetworkPrefix - 2 == longNetworkPrefixUnits, "and without a backslash");
-constexpr qint32 parentReferenceLength = 3; // two full stops and the separator
+static_assert(sizeof longNetworkPrefix - 2 == longNetworkPrefixUnits,
+              "and without the replaced backslash");
+constexpr qint32 parentReferenceLength = 3; // two dots and the separator
 
-// The rules below stand once for both kinds of text. These overloads are what a kind does its own
-// way: above all, a fixed string takes a search start outside of it for 0, a QString finds nothing.
+// The rules below are templates over QString and FixedWideString; these overloads hide where the
+// two differ. The difference that matters: a search that starts past the end restarts at 0 in a
+// fixed string, but finds nothing in a QString.
 
 qint32 lengthOf(const QString &text) { return text.size(); }
 qint32 lengthOf(const FixedWideString &text) { return text.length; }
@@ -31,10 +31,7 @@ qint32 indexOfUnit(const FixedWideString &text, char16_t unit, qint32 from)
 qint32 lastIndexOfUnit(const QString &text, char16_t unit) { return text.lastIndexOf(QChar(unit)); }
 qint32 lastIndexOfUnit(const FixedWideString &text, char16_t unit)
 {
-    qint32 position = text.length - 1;
-    while (position >= 0 && text.value[position] != unit)
-        --position;
-    return position;
+    return text.lastIndexOfUnit(unit, text.length);
 }
 
 void cutTo(QString &text, qint32 length) { text.truncate(length); }
@@ -93,7 +90,7 @@ qint32 indexOfParentReference(const Text &path, char16_t separator)
     return -1;
 }
 
-/// Whether `head` is a placeholder, "<" name ">", with or without a separator behind it.
+/// Whether `head` is a placeholder, "<" name ">", with or without a trailing separator.
 template <typename Text>
 bool isPlaceholder(Text head, char16_t separator)
 {
@@ -104,15 +101,15 @@ bool isPlaceholder(Text head, char16_t separator)
     return endsWithUnit(head, u'>') && lastIndexOfUnit(head, separator) < 0;
 }
 
-/// Length of the beginning that going up never cuts: drive, or server and share. -1 when the path
-/// is a network path that ends before its share does.
+/// Length of the beginning that going up never cuts: the drive, or server and share. -1 for a
+/// network path that ends before the end of its share.
 template <typename Text>
 qint32 protectedLength(const Text &path, char16_t separator)
 {
     if (!hasUnitAt(path, 1, separator))
         return hasUnitAt(path, 1, u':') ? 2 : 0;
-    const qint32 behindServer = indexOfUnit(path, separator, 2);
-    return indexOfUnit(path, separator, behindServer + 1);
+    const qint32 endOfServer = indexOfUnit(path, separator, 2);
+    return indexOfUnit(path, separator, endOfServer + 1);
 }
 
 template <typename Text>
@@ -129,7 +126,7 @@ void goUpOneFolder(Text &path, char16_t separator)
     if (last >= start) {
         cutTo(path, last);
     } else if (last < 0) {
-        cutTo(path, 0); // nothing lies above a bare drive
+        cutTo(path, 0); // a bare drive has no parent
         return;
     }
     appendUnit(path, separator);
@@ -155,8 +152,8 @@ void normalize(Text &path, char16_t separator)
     if (isPlaceholder(head, separator))
         return;
     dropFirst(path, first);
-    // No second look for a placeholder in the loop: it would ask for a head that ends with a
-    // separator and holds none.
+    // The loop has no second test for a placeholder: that would be a head that ends with a
+    // separator and contains none.
     while (hasParentReferenceAt(path, 0, separator)) {
         dropFirst(path, parentReferenceLength);
         goUpOneFolder(head, separator);
@@ -192,17 +189,13 @@ FixedWideString parentFolderFixed(FixedWideString &path)
     return path;
 }
 
-QString closedFolder(const QString &path)
+QString withTrailingBackslash(const QString &path)
 {
-    return path.endsWith(backslash) || path.endsWith(QChar(slashUnit)) ? path : path + backslash;
+    const bool endsWithSlash = path.endsWith(QLatin1Char(slashUnit));
+    return endsWithSlash || path.endsWith(backslash) ? path : path + backslash;
 }
 
-QString toBackslashPath(const QString &path)
-{
-    QString result = path;
-    result.replace(QChar(slashUnit), backslash);
-    return result;
-}
+QString toBackslashPath(QString path) { return path.replace(QLatin1Char(slashUnit), backslash); }
 
 qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslashUnit); }
 

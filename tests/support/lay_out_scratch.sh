@@ -6,7 +6,7 @@
 # usage: lay_out_scratch.sh PROGRAM TEST-PROGRAMS SCRATCH
 set -euo pipefail
 
-rm -rf "$3/suite" "$3/links" "$3/faults" "$3/odd" "$3/scratch" "$3/apps" "${3:?}/bin"
+rm -rf "$3/suite" "$3/links" "$3"/rrr* "$3/faults" "$3/odd" "$3/scratch" "$3/apps" "${3:?}/bin"
 mkdir -p "$3/suite/bin/win64" "$3/suite/sub/cfg_global" "$3/links/tree" "$3/links/target" \
   "$3/links/cycle/sub" "$3/faults/swept/tree" "$3/faults/behind"
 cp -R "$2/." "$3"

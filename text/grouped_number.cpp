@@ -1,4 +1,4 @@
-#include "app/grouped_number.h"
+#include "text/grouped_number.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ QString threeDigits(quint64 group)
 QString formatGroupedNumber(qint64 number)
 {
     const QString sign = number < 0 ? QString(QLatin1Char('-')) : QString();
-    // Negated without sign, so that the smallest number has a magnitude too.
+    // Unsigned, so that the smallest number can be negated too.
     auto rest = static_cast<quint64>(number);
     if (number < 0)
         rest = 0 - rest;
