@@ -4,5 +4,5 @@
 /// Prints the first four lines of every run: name, version, and what the program does.
 void printBanner();
 
-/// Prints the options and examples, for a command line with too few arguments.
+/// Prints options and examples, for too few arguments. The text is fixed, its blanks included.
 void printUsage();

@@ -12,5 +12,5 @@ extern TimeStamp progressStamp; // NOLINT: the one variable that lives through t
 /// errors, with `verbose` the decisions, free drive space.
 ///
 /// Returns false when the folder does not exist, after printing just a warning. Files that cannot
-/// be deleted are reported but are not a failure. The references are a fixed interface.
+/// be deleted are reported but are not a failure. Parameters and printed texts are fixed.
 bool runFolder(const QString &folder, const qint32 &daysOld, const bool &verbose);

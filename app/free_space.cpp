@@ -19,7 +19,7 @@ QString volumeRoot(const QString &path)
     const qint32 endOfServer = path.indexOf(backslash, 3);
     if (endOfServer < 0 && path.startsWith(QString(2, backslash)))
         return QString(); // a server without a share
-    // Deliberately, without that backslash the next search starts at the beginning.
+    // Deliberately, if endOfServer is -1, this search starts at 0.
     const qint32 endOfShare = path.indexOf(backslash, endOfServer + 1);
     return path.left(endOfShare + 1);
 }

@@ -5,7 +5,8 @@
 
 /// Whole MiB that the caller may still use, rounded down, as 32 bits (GetDiskFreeSpaceExW).
 ///
-/// The root that Windows is asked about is the drive (C:\), or the path up to the share's backslash
-/// (\\server\share\); slashes do not count. Returns 1000 when the path has no such root, the root
-/// has 255 UTF-16 units or more, or Windows does not tell.
+/// Windows is asked about the first 3 characters of a path with a drive, otherwise about the path
+/// up to its second backslash from the fourth character on (\\server\share\); slashes do not count
+/// there. Returns 1000 when there is no such root, it has 255 UTF-16 units or more, or Windows does
+/// not tell. A fixed interface of the suite's tools, see CONTRIBUTING.md.
 quint32 freeDriveSpaceMiB(QString path);

@@ -16,7 +16,7 @@ int _dowildcard = 0;    // NOLINT: the same
 
 namespace {
 
-constexpr int minArguments = 3; // deliberately also where two would say everything
+constexpr int minArguments = 3; // deliberately, even where fewer would do
 
 constexpr int exitDone = 0; // whatever happened inside the folders
 constexpr int exitUsage = -1;

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// The options. The days are not checked: 0 or less deletes every file, whatever its age.
+/// The options. 0 days or less delete every file, until the minutes wrap (daysToMinutes).
 struct Options
 {
     qint32 daysOld = 14;

@@ -47,14 +47,14 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     constexpr bool readAllFirst = false;
     constexpr bool sort = false;
     constexpr bool descending = false;
-    DirListingHandle entry;
-    DirListing::create(entry);
-    DirListing::addSuffixFilter(entry, parts.nameEnd); // deliberately without effect on folders
-    DirListing::open(entry, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
+    DirListingHandle listing;
+    DirListing::create(listing);
+    DirListing::addSuffixFilter(listing, parts.nameEnd); // deliberately without effect on folders
+    DirListing::open(listing, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
                      sort, descending);
-    while (DirListing::next(entry)) {
-        const QString name = DirListing::name(entry);
-        if (DirListing::isFolder(entry) && !name.contains(asterisk))
+    while (DirListing::next(listing)) {
+        const QString name = DirListing::name(listing);
+        if (DirListing::isFolder(listing) && !name.contains(asterisk))
             expandWildcardFolders(parts.base + name + parts.rest, daysOld, verbose);
     }
 }

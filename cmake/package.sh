@@ -42,8 +42,8 @@ dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"
 dos /usr/share/doc/gcc-mingw-w64-base/copyright >"$stage/licences/gcc-copyright.txt"
 dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-copyright.txt"
 
-# The files with which a recipient can link the program with another QtCore. They are tried here, and
-# must make the same program. The scripts keep LF, because bash does not take CR.
+# The files with which a recipient can link the program with another QtCore. This script links them
+# once and compares the result with the program. The scripts keep LF, because bash does not take CR.
 cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_options" \
   "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_text}.a \
   cmake/{toolchain,qtcore,relink}.sh "$stage/relink"

@@ -3,7 +3,7 @@
 if(WIN32)
   set(KX_QTCORE "$ENV{KX_QTCORE}" CACHE PATH "Folder of QtCore for Windows")
   if(NOT EXISTS "${KX_QTCORE}/lib/libQt5Core.a")
-    message(FATAL_ERROR "KX_QTCORE does not name a QtCore; ./dev build sets it.")
+    message(FATAL_ERROR "KX_QTCORE must name a folder with include/, lib/libQt5Core.a and lib/libdelayed.a.")
   endif()
 
   add_library(QtCore STATIC IMPORTED)
@@ -20,7 +20,7 @@ else()
   add_library(QtCore INTERFACE)
   target_link_libraries(QtCore INTERFACE Qt5::Core)
 endif()
-# Conversions between 8-bit and 16-bit text must name their encoding. Those that do not mean Latin-1 in
-# QtCore 4 and UTF-8 in QtCore 5.
+# A conversion between 8-bit and 16-bit text must name its encoding. Without one it is Latin-1 in QtCore
+# 4 and UTF-8 in QtCore 5.
 target_compile_definitions(QtCore INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS QT_NO_FOREACH)

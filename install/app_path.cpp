@@ -49,7 +49,7 @@ FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path)
     const bool isNetworkPath = path.value[1] == backslashUnit;
     if (last >= 2 && (!isNetworkPath || path.lastIndexOfUnit(backslashUnit, last) >= 2))
         path.setLength(static_cast<qint16>(last));
-    path.appendUnits(&backslashUnit, 1); // also after a backslash that is left
+    path.appendUnits(&backslashUnit, 1); // deliberately also after a backslash
     return path;
 }
 
@@ -92,9 +92,9 @@ bool appFolder(const char *argv0, FixedNarrowString250 &folder)
 QString getEnv(const QString &name)
 {
     if (name.compare(QLatin1String("ProgramFiles"), Qt::CaseInsensitive) == 0) {
-        const EnvironmentValue programs(QString::fromLatin1("ProgramW6432"));
-        if (programs.isSet)
-            return programs.toQString();
+        const EnvironmentValue programFiles64(QString::fromLatin1("ProgramW6432"));
+        if (programFiles64.isSet)
+            return programFiles64.toQString();
     }
     const EnvironmentValue value(name);
     return value.isSet ? value.toQString() : QString();

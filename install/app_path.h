@@ -1,4 +1,4 @@
-// The running program's folder, and environment variables.
+// The running program's folder, and environment variables. A fixed interface, see CONTRIBUTING.md.
 //
 // The program's folder is 8-bit text in the system's code page, silently truncated at 250 bytes.
 #pragma once
@@ -23,7 +23,7 @@ FixedNarrowString250 absoluteProgramPath(FixedNarrowString250 path,
                                          FixedNarrowString250 currentFolder);
 
 /// The folder above a folder or file, with a trailing backslash. Drives, bare network shares and
-/// names are not cut, they only get the backslash. Paths of fewer than 3 bytes are returned
+/// names are not cut and only get the backslash. Paths of fewer than 3 bytes are returned
 /// unchanged. Changes `path` and returns a copy.
 ///
 ///     X:\a\b\ returns X:\a\ (X:\ and \\srv\share\ are returned unchanged)

@@ -80,9 +80,9 @@ void setFolders(InstallPaths &paths, const QString &root, const EntryFolder (&fo
         setFolder(paths, folder.entry, root + QLatin1String(folder.below));
 }
 
-/// Debug builds use the folders of the release build. Case-insensitive, unlike the test for a
-/// release build's relink file. Replaced within the fixed string, so that what the first
-/// replacement pushes past 250 units is gone before the second.
+/// A debug build uses the data and the plugins of its release build. Deliberately case-insensitive,
+/// unlike the test for a release build's relink file. Replaced within the fixed string, so that
+/// what the first replacement pushes past 250 units is gone before the second.
 void debugToReleaseNoCase(FixedWideString250 &folder)
 {
     folder.replaceAllNoCase(fixedText<FixedWideString250>("_debug"),
@@ -94,7 +94,7 @@ void setFoldersBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot,
 {
     debugToReleaseNoCase(paths.entries[installRoot]);
     const QString root = folderOf(paths, installRoot);
-    const QString programs = folderOf(paths, executablesRoot);
+    const QString executables = folderOf(paths, executablesRoot);
     const QLatin1String renderApps("render_apps\\");
 
     setFolders(paths, root, belowInstallRoot);
@@ -102,12 +102,12 @@ void setFoldersBelowRoots(InstallPaths &paths, bool cfgGlobalFromExeRoot,
     if (!status.isEmpty())
         setFolder(paths, jobData, status + QLatin1String("kxJobdata\\"));
     setFolder(paths, globalConfigOfPrograms,
-              (cfgGlobalFromExeRoot ? programs : root) + QLatin1String("sub\\cfg_global\\"));
+              (cfgGlobalFromExeRoot ? executables : root) + QLatin1String("sub\\cfg_global\\"));
 
-    setFolders(paths, (renderAppsFromExeRoot ? programs : root) + renderApps, movableRenderApps);
+    setFolders(paths, (renderAppsFromExeRoot ? executables : root) + renderApps, movableRenderApps);
     setFolders(paths, root + renderApps, otherRenderApps);
 
-    setFolders(paths, programs, belowExecutablesRoot);
+    setFolders(paths, executables, belowExecutablesRoot);
     if (!win64Binaries)
         paths.entries[bin64Folder] = paths.entries[binFolder];
     debugToReleaseNoCase(paths.entries[pluginsFolder]);

@@ -1,8 +1,8 @@
 // The folders of an installation of the suite, derived from its two roots.
 //
 // Folders are silently truncated at 250 UTF-16 units. They end with a backslash, unless they are
-// empty, too long, or set to another text by a relink file. No folder is created. Every tool of the
-// suite builds the same layout: a fixed interface, see CONTRIBUTING.md.
+// empty, too long, or came from outside with another ending (KX_ROOT with a slash, ExeRoot). No
+// folder is created. A fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"
@@ -61,7 +61,7 @@ struct InstallPaths
 ///
 /// cfgGlobalFromExeRoot   takes globalConfigOfPrograms from the executables root
 /// renderAppsFromExeRoot  takes renderAppConfig, prePostScripts and renderAppScripts from there
-/// renderAppsOverride     an existing folder to take all settings of the render applications from
+/// renderAppsOverride     an existing folder for all settings of the render applications; it wins
 /// win64Binaries          the 64-bit programs have their own folder, bin\win64
 void buildInstallLayout(InstallPaths &paths, int argc, char **argv, bool cfgGlobalFromExeRoot,
                         bool renderAppsFromExeRoot, FixedNarrowString100 renderAppsOverride,

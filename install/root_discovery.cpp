@@ -17,7 +17,7 @@ QString twoFoldersUp(const QString &folder)
 }
 
 /// Logs whether the candidate is a root, and clears it when it is not.
-void acceptOrClear(QString &candidate, QString &rootLog, const char *whenAccepted)
+void logAndClearInvalid(QString &candidate, QString &rootLog, const char *whenAccepted)
 {
     const bool isValid = isValidRoot(candidate);
     rootLog += QLatin1String(isValid ? whenAccepted : rejected);
@@ -33,7 +33,7 @@ QString rootFromFlag(int argc, char **argv, QString &rootLog, bool &startedOutsi
         candidate = value;
         rootLog += value;
     }
-    acceptOrClear(candidate, rootLog, acceptedByFlag);
+    logAndClearInvalid(candidate, rootLog, acceptedByFlag);
     if (candidate.isEmpty())
         return candidate;
     const QString programName = QString::fromLatin1(argv[0]);
@@ -49,13 +49,13 @@ QString rootFromEnvironment(const char *variable, QString &rootLog)
     if (!candidate.isEmpty())
         candidate = withTrailingBackslash(candidate);
     rootLog += QLatin1String("\n[") + QLatin1String(variable) + QLatin1String(": ") + candidate;
-    acceptOrClear(candidate, rootLog, accepted);
+    logAndClearInvalid(candidate, rootLog, accepted);
     return candidate;
 }
 
 /// Takes the root two folders above the program, unless there is a candidate already. Such a
 /// candidate is deliberately tested and logged a second time.
-void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
+void checkOrTryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
 {
     if (candidate.isEmpty()) {
         FixedNarrowString250 folder;
@@ -65,7 +65,7 @@ void tryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLo
     candidate.replace(QLatin1String("\\_internal_"), QLatin1String("\\_"));
     candidate = toBackslashPath(candidate);
     rootLog += QLatin1String("\n[appPath: ") + candidate;
-    acceptOrClear(candidate, rootLog, accepted);
+    logAndClearInvalid(candidate, rootLog, accepted);
 }
 
 QString rootFromProgramName(const QString &programName)
@@ -78,7 +78,7 @@ QString rootFromProgramName(const QString &programName)
 }
 
 /// Replaces a root that is named after its version by the folder above it, if that is a root.
-void leaveVersionFolder(InstallPaths &paths)
+void replaceVersionFolder(InstallPaths &paths)
 {
     FixedWideString250 &root = paths.entries[installRoot];
     if (!root.endsWithNoCase(fixedText<FixedWideString250>("_KX9"))
@@ -99,7 +99,7 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
     QString candidate = rootFromFlag(argc, argv, rootLog, startedOutsideRoot);
     if (candidate.isEmpty())
         candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
-    tryProgramFolder(candidate, argc, argv, rootLog);
+    checkOrTryProgramFolder(candidate, argc, argv, rootLog);
     if (candidate.isEmpty() && argc >= 1)
         candidate = rootFromProgramName(QString::fromLatin1(argv[0]));
     if (candidate.isEmpty())
@@ -113,7 +113,7 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
     if (relink == RelinkResult::cannotOpen)
         return false;
     if (relink == RelinkResult::noFile)
-        leaveVersionFolder(paths);
+        replaceVersionFolder(paths);
     readStatusFlags(paths, argc, argv);
     buildInstallLayout(paths, argc, argv, cfgGlobalFromExeRoot, renderAppsFromExeRoot,
                        renderAppsOverride, win64Binaries);

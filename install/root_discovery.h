@@ -12,9 +12,9 @@
 /// file may move the root. Without a relink file, a root whose name ends in _KX9 is replaced by the
 /// folder above it, if that is a root. -loadstatus sets the status folder.
 ///
-/// rootLog                gets a line for each source, for the user to read
+/// rootLog                gets a line for each source tried, except argv[0], and for a moved root
 /// startedOutsideRoot     whether argv[0] lies outside the root; set only when the flag named the
-///                        root and argv[0] has a drive
+///                        root and argv[0] has a drive. Fixed: not read here
 /// cfgGlobalFromExeRoot, renderAppsFromExeRoot, renderAppsOverride, win64Binaries
 ///                        options of the layout, explained at buildInstallLayout
 ///

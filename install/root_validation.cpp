@@ -11,7 +11,7 @@ const char *const relinkFile = "sub\\cfg_global\\relink_win.cfg";
 
 /// The path of the release build of a debug build. Case-sensitive, unlike the replacement in the
 /// layout.
-QString debugToReleaseMatchCase(QString path)
+QString debugToReleaseExactCase(QString path)
 {
     return path.replace(QLatin1String("_debug"), QLatin1String("_release"));
 }
@@ -22,7 +22,7 @@ QString findRelinkFile(const QString &root)
     QString path = root + QLatin1String(relinkFile);
     if (fileExists(path))
         return path;
-    path = debugToReleaseMatchCase(path);
+    path = debugToReleaseExactCase(path);
     return fileExists(path) ? path : QString();
 }
 
@@ -73,7 +73,7 @@ bool isValidRoot(const QString &root)
            || hasFile("bin\\win64\\kxClientconsole.exe")
            || hasFile("bin\\win64\\kxServerconsole.exe") || hasFile("bin\\win64\\kxControl.exe")
            || hasFile(relinkFile)
-           || fileExists(debugToReleaseMatchCase(root) + QLatin1String(relinkFile));
+           || fileExists(debugToReleaseExactCase(root) + QLatin1String(relinkFile));
 }
 
 RelinkResult readRelinkFile(InstallPaths &paths, QString &rootLog)

@@ -1,9 +1,9 @@
-// The test for an installation root, and the relink file, by which a root names another one.
+// The test for an installation root, and the relink file, which moves a root.
 #pragma once
 
 #include "install/install_paths.h"
 
-/// Whether a folder, named with its trailing backslash, is an installation root. A root has the
+/// Whether a folder, given with its trailing backslash, is an installation root. A root has the
 /// configuration folder, or a program of the suite, or it is a debug build whose release build has
 /// a relink file. False for an empty text.
 bool isValidRoot(const QString &root);

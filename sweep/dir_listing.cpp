@@ -65,7 +65,7 @@ bool readNextEntry(DirListing &listing)
 
 bool foundFolder(const DirListing &listing)
 {
-    return isFolderAttribute(listing.findData.dwFileAttributes);
+    return hasFolderAttribute(listing.findData.dwFileAttributes);
 }
 
 QString foundName(const DirListing &listing)
@@ -213,7 +213,7 @@ void readSinglePathStatus(DirListing &listing)
     const DWORD attributes = GetFileAttributesW(toWChar(fixedText<FixedWideString250>(path)));
     if (attributes == INVALID_FILE_ATTRIBUTES)
         return;
-    listing.statIsFolder = isFolderAttribute(attributes);
+    listing.statIsFolder = hasFolderAttribute(attributes);
     fileTimeAndSize(path, &listing.statTime, &listing.statSize);
 }
 

@@ -56,7 +56,7 @@ struct DirListing
     static void open(DirListingHandle &handle, const QString &folder, bool includeFolders,
                      bool readAllFirst, bool sort, bool descending);
 
-    /// Goes to the next accepted entry. False when there is none; the listing is then closed.
+    /// Goes to the next accepted entry. False when there is none; `isOpen` is then false.
     static bool next(DirListingHandle &handle);
 
     // Of the current entry, after `next` returned true.

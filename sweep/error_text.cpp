@@ -84,7 +84,7 @@ DWORD lengthWithoutLineBreak(const Unit *message, DWORD length)
     return length;
 }
 
-QString numbered(const char *before, quint32 code, const char *after)
+QString withCode(const char *before, quint32 code, const char *after)
 {
     return QLatin1String(before) + QString::number(static_cast<qint32>(code))
            + QLatin1String(after);
@@ -116,7 +116,7 @@ FixedWideString textWithoutSystemMessage(quint32 code)
     const auto result = fixedText<FixedWideString>(exceptionCodeText(code).value);
     if (!result.isEmpty())
         return result;
-    return fixedText<FixedWideString>(numbered("Error ", code, "."));
+    return fixedText<FixedWideString>(withCode("Error ", code, "."));
 }
 
 FixedWideString errorText(quint32 code)
@@ -128,7 +128,7 @@ FixedWideString errorText(quint32 code)
     const QString message = systemMessage(code);
     if (message.isEmpty())
         return textWithoutSystemMessage(code);
-    return fixedText<FixedWideString>(numbered("Error ", code, ": ") + message + QLatin1Char('.'));
+    return fixedText<FixedWideString>(withCode("Error ", code, ": ") + message + QLatin1Char('.'));
 }
 
 } // namespace
@@ -150,6 +150,6 @@ FixedNarrowString500 exceptionCodeText(quint32 code)
             return fixedText<FixedNarrowString500>(entry.text);
     FixedNarrowString500 text;
     if (!findStatusMessage(code, text))
-        text.assignLatin1(numbered("ERROR code ", code, ". (No system message found)"));
+        text.assignLatin1(withCode("ERROR code ", code, ". (No system message found)"));
     return text;
 }

@@ -1,7 +1,7 @@
 // Windows' error codes as one line of text.
 //
 // Texts are in the user's language where Windows has them. Codes are shown as signed decimal
-// numbers. Every code has some text.
+// numbers. No code is without a text. A fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"
@@ -10,8 +10,8 @@
 /// may overwrite it, so use this directly after the call that failed.
 constexpr quint32 useLastError = 0xFFFFFFFF;
 
-/// "Error 5: Access denied.." for 5: the number, Windows' message (FormatMessageW), and a full stop
-/// after the message's own. Line breaks become blanks. Truncated at 500 units.
+/// "Error 5: Access denied.." for 5: the number, Windows' message (FormatMessageW), and
+/// deliberately one more full stop. Line breaks become blanks. Truncated at 500 units.
 ///
 /// 0 and 126 have fixed texts. A code without a message gets its exceptionCodeText.
 FixedWideString systemErrorText(quint32 code);

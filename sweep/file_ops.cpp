@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The path as Windows takes it: with the long-path prefix when it needs one.
+/// The path as Windows takes it: with the long-path prefix from longPathLength units on.
 FixedWideString windowsPath(const FixedWideString &path)
 {
     if (path.length < longPathLength)
@@ -25,7 +25,7 @@ EntryKind kindOf(const wchar_t *path)
     const DWORD attributes = GetFileAttributesW(path);
     if (attributes == INVALID_FILE_ATTRIBUTES)
         return EntryKind::none;
-    return isFolderAttribute(attributes) ? EntryKind::folder : EntryKind::file;
+    return hasFolderAttribute(attributes) ? EntryKind::folder : EntryKind::file;
 }
 
 /// An open file, closed when this goes out of scope.

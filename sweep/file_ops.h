@@ -1,4 +1,4 @@
-// Tests, deletes and removes single files and folders.
+// Whether files and folders exist, their times and sizes, and their deletion.
 //
 // A path is silently truncated at 500 UTF-16 units. A path of 240 units or more is handed to
 // Windows with the long-path prefix, whose 4 or 6 units count too. A truncated path names whatever
@@ -14,13 +14,13 @@ bool fileExists(const FixedWideString &path);
 bool fileExists(const QString &path);
 
 /// Whether the path names an existing folder (GetFileAttributesW). False below 3 units. One
-/// trailing backslash is dropped first, so C:\ tests the current folder of drive C.
+/// trailing backslash is dropped first; deliberately, C:\ tests the current folder of drive C.
 bool folderExists(QString path);
 
 /// Whether the path names an existing file that could be opened and, with `size`, sized. Fills
 /// `time` with its last-write time (0 when Windows does not tell) and `size` with its bytes; either
-/// may be null. Deliberately opens the file without the long-path prefix, so a path that needs it
-/// returns false (CreateFileW, GetFileTime, GetFileSizeEx).
+/// may be null. Deliberately opens the file without the long-path prefix, so the result is false
+/// for a path that is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
 bool fileTimeAndSize(const FixedWideString &path, TimeStamp *time, qint64 *size);
 bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size);
 

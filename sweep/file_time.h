@@ -17,7 +17,7 @@ void currentTime(TimeStamp &now);
 /// A file time counts 100 ns ticks since 1601-01-01 UTC (FILETIME). The part below a second is
 /// dropped toward 1970, so times before 1970 round up.
 ///
-///     the words of 116444736000000000 give 0; those of 10000000 ticks (one second) more give 1
+///     116444736000000000 ticks return 0; 116444736010000000, one second later, return 1
 void fileTimeToSeconds(TimeStamp &seconds, quint32 low, quint32 high);
 
 /// Whether more than `span` seconds have passed from `stamp` to `now`; false at exactly stamp +

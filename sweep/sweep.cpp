@@ -9,7 +9,7 @@ namespace {
 
 constexpr qint64 secondsBetweenProgressLines = 5;
 constexpr qint64 bytesPerKiB = 1024;
-constexpr qint32 maxLogUnits = 1 << 29;   // half of what a QString can hold
+constexpr qint32 fullLogUnits = 1 << 29;  // half of what a QString can hold
 constexpr qint32 logUnitsAroundName = 13; // of a line without suffix
 
 /// The arguments of one sweep, the same in every folder.
@@ -35,11 +35,11 @@ struct FolderState
     bool failed = false; // to delete a file
 };
 
-/// The log for deletions, or null. A full log gets no more lines, so that the run does not end
-/// without its report because of its log.
+/// The log for deletions, or null. A full log gets no more lines; otherwise it could end the run
+/// before its report.
 QString *deletionLog(const Sweep &sweep)
 {
-    const bool hasRoom = sweep.log != nullptr && sweep.log->size() < maxLogUnits;
+    const bool hasRoom = sweep.log != nullptr && sweep.log->size() < fullLogUnits;
     return hasRoom ? sweep.log : nullptr;
 }
 
@@ -56,15 +56,15 @@ void append(QString *text, const Pieces &...pieces)
 
 /// Reserves log space for a whole folder when its lines would more than double the log. Growing
 /// line by line would copy the log and briefly hold it twice.
-void reserveLog(const Sweep &sweep, const DirListing &listing)
+void reserveLog(const Sweep &sweep, const DirListing &folder)
 {
     QString *log = decisionLog(sweep);
     if (log == nullptr)
         return;
     qint64 units = log->size();
-    for (const QString &name : listing.names)
+    for (const QString &name : folder.names)
         units += logUnitsAroundName + name.size();
-    if (units / 2 > log->capacity() && units < maxLogUnits)
+    if (units / 2 > log->capacity() && units < fullLogUnits)
         log->reserve(static_cast<qint32>(units));
 }
 
@@ -99,7 +99,8 @@ bool isOldEnough(const Sweep &sweep, const FolderState &state, TimeStamp entryTi
 {
     if (sweep.maxAgeMinutes <= 0)
         return true;
-    return hasElapsed(entryTime, minutesToSeconds(sweep.maxAgeMinutes), false, &state.now);
+    constexpr bool update = false;
+    return hasElapsed(entryTime, minutesToSeconds(sweep.maxAgeMinutes), update, &state.now);
 }
 
 void countDeletion(const Sweep &sweep, qint64 size)
@@ -112,13 +113,13 @@ void countDeletion(const Sweep &sweep, qint64 size)
             static_cast<qint64>(static_cast<quint64>(size) + bytesPerKiB / 2) / bytesPerKiB;
 }
 
-void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
+void deleteEntry(const Sweep &sweep, DirListingHandle &listing, FolderState &state)
 {
-    const qint64 size = DirListing::size(entry);
+    const qint64 size = DirListing::size(listing);
     // Deliberately logged before the attempt, so a file that cannot be deleted has its line too.
     const QLatin1String head(sweep.namesOnly ? "" : "     -del ");
-    append(deletionLog(sweep), head, DirListing::name(entry), QLatin1String("\n"));
-    const QString path = DirListing::fullPath(entry);
+    append(deletionLog(sweep), head, DirListing::name(listing), QLatin1String("\n"));
+    const QString path = DirListing::fullPath(listing);
     const QString error = deleteFile(path);
     if (error.isEmpty()) {
         countDeletion(sweep, size);
@@ -129,9 +130,9 @@ void deleteEntry(const Sweep &sweep, DirListingHandle &entry, FolderState &state
     state.nothingLeft = false;
 }
 
-void sweepFile(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
+void sweepFile(const Sweep &sweep, DirListingHandle &listing, FolderState &state)
 {
-    const QString name = DirListing::name(entry);
+    const QString name = DirListing::name(listing);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ignS "), name, QLatin1String("   '"),
@@ -139,21 +140,21 @@ void sweepFile(const Sweep &sweep, DirListingHandle &entry, FolderState &state)
         markKept(state);
         return;
     }
-    if (!isOldEnough(sweep, state, DirListing::time(entry))) {
+    if (!isOldEnough(sweep, state, DirListing::time(listing))) {
         append(decisionLog(sweep), QLatin1String("     -ignT "), name, QLatin1String("\n"));
         markKept(state);
         return;
     }
-    deleteEntry(sweep, entry, state);
+    deleteEntry(sweep, listing, state);
 }
 
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty);
 
-void sweepSubfolder(const Sweep &sweep, const DirListingHandle &entry, FolderState &state)
+void sweepSubfolder(const Sweep &sweep, const DirListingHandle &listing, FolderState &state)
 {
     if (!sweep.recurse)
         return;
-    const QString name = DirListing::name(entry);
+    const QString name = DirListing::name(listing);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
@@ -164,7 +165,7 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &entry, FolderSta
         return;
     }
     append(decisionLog(sweep), QLatin1String("     -dir ["), name, QLatin1String("]\n"));
-    if (!sweepTree(sweep, DirListing::fullPath(entry), sweep.recurse))
+    if (!sweepTree(sweep, DirListing::fullPath(listing), sweep.recurse))
         markKept(state);
 }
 
@@ -178,8 +179,8 @@ bool removeEmptied(const Sweep &sweep, const QString &folder)
     return false;
 }
 
-/// Sweeps one folder and everything below it. Links are followed without a limit; a cycle ends
-/// where the path no longer fits into a Windows call.
+/// Sweeps one folder and everything below it. Links are followed and cycles are not detected; the
+/// manual's limits say how they end.
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
 {
     if (!folderExists(folder))
@@ -189,20 +190,20 @@ bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
     constexpr bool readAllFirst = true; // so that entries can be deleted on the way
     constexpr bool sort = false;
     constexpr bool descending = false;
-    DirListingHandle entry;
-    DirListing::create(entry);
-    DirListing::open(entry, folder, includeFolders, readAllFirst, sort, descending);
+    DirListingHandle listing;
+    DirListing::create(listing);
+    DirListing::open(listing, folder, includeFolders, readAllFirst, sort, descending);
     append(decisionLog(sweep), QLatin1String("   ["), folder, QLatin1String("]: \n"));
-    reserveLog(sweep, *entry.listing);
+    reserveLog(sweep, *listing.listing);
     FolderState state;
     currentTime(state.now);
     printProgress(sweep, folder, state.now);
 
-    while (DirListing::next(entry)) {
-        if (DirListing::isFolder(entry))
-            sweepSubfolder(sweep, entry, state);
+    while (DirListing::next(listing)) {
+        if (DirListing::isFolder(listing))
+            sweepSubfolder(sweep, listing, state);
         else
-            sweepFile(sweep, entry, state);
+            sweepFile(sweep, listing, state);
     }
     if (state.kept || state.failed || !removeIfEmpty)
         return state.nothingLeft;

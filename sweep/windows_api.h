@@ -1,4 +1,4 @@
-// The only include of <windows.h>, and conversions between our strings and wchar_t.
+// The only include of <windows.h>, its test for a folder, and conversions to and from wchar_t.
 #pragma once
 
 #include <windows.h> // the build sets its options
@@ -8,7 +8,7 @@
 static_assert(sizeof(wchar_t) == sizeof(char16_t), "wchar_t of Windows is a UTF-16 unit");
 
 /// Whether attributes from Windows, not INVALID_FILE_ATTRIBUTES, are those of a folder.
-inline bool isFolderAttribute(DWORD attributes)
+inline bool hasFolderAttribute(DWORD attributes)
 {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }

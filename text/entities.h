@@ -5,7 +5,7 @@
 
 /// The text with &lt; &gt; &quot; &apos; &amp; and the numeric entities of the German umlauts and
 /// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Names
-/// are case-sensitive, and nothing else is decoded.
+/// are case-sensitive, and nothing else is decoded. A fixed interface, see CONTRIBUTING.md.
 ///
 /// Deliberately, &amp; is decoded after the other names and before the numbers:
 ///

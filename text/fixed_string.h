@@ -84,7 +84,7 @@ struct FixedString
     /// Appends `count` units, as many as fit. Nothing for null or a count of 0 or less.
     void appendUnits(const Unit *units, qint32 count);
 
-    /// Appends a backslash when the last unit is not one and there is room.
+    /// Appends a backslash when the last unit is not one and there is room. A slash does not count.
     void addTrailingBackslash();
 
     /// Inserts `text` before the unit at `position` (0 when negative, the end when past it).

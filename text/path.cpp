@@ -152,7 +152,7 @@ void normalize(Text &path, char16_t separator)
     if (isPlaceholder(head, separator))
         return;
     dropFirst(path, first);
-    // The loop has no second test for a placeholder: that would be a head that ends with a
+    // A second placeholder test in the loop could never succeed: it needs a head that ends with a
     // separator and contains none.
     while (hasParentReferenceAt(path, 0, separator)) {
         dropFirst(path, parentReferenceLength);
@@ -195,7 +195,10 @@ QString withTrailingBackslash(const QString &path)
     return endsWithSlash || path.endsWith(backslash) ? path : path + backslash;
 }
 
-QString toBackslashPath(QString path) { return path.replace(QLatin1Char(slashUnit), backslash); }
+QString toBackslashPath(const QString &path)
+{
+    return QString(path).replace(QLatin1Char(slashUnit), backslash);
+}
 
 qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslashUnit); }
 

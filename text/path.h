@@ -13,8 +13,8 @@ const QChar asterisk = QLatin1Char('*');
 constexpr qint32 longPathPrefixUnits = 4;
 constexpr qint32 longNetworkPrefixUnits = 6;
 
-/// Length in units from which a path gets the long-path prefix. Without the prefix Windows takes
-/// paths of up to 260 units (MAX_PATH), a file name and the terminator included.
+/// Length in units from which a path gets the long-path prefix. Without it Windows takes fewer than
+/// 260 units (MAX_PATH), and fewer still for a folder, which must have room for a file name.
 constexpr qint32 longPathLength = 240;
 
 /// The path with doubled separators collapsed, and with a leading run of ".." folded into the
@@ -38,7 +38,7 @@ FixedWideString normalizePathFixed(FixedWideString &path);
 /// counts as a network path.
 ///
 /// Returned unchanged: paths of fewer than 3 units. A bare network share is returned without its
-/// trailing separator. The parent of a bare drive (C: and a backslash) or of a name is empty.
+/// trailing separator. The parent of a bare drive (C:\) or of a name is empty. All deliberate.
 ///
 ///     C:\a\ returns C:\; \\srv\share\dir returns \\srv\share\; \\srv\share\ returns \\srv\share
 QString parentFolder(QString path, QChar separator);
@@ -51,7 +51,7 @@ FixedWideString parentFolderFixed(FixedWideString &path);
 QString withTrailingBackslash(const QString &path);
 
 /// A copy with every slash turned into a backslash.
-QString toBackslashPath(QString path);
+QString toBackslashPath(const QString &path);
 
 /// Position of the last backslash, or -1. Fixed: not called here.
 qint32 lastBackslash(const FixedWideString &path);
@@ -66,9 +66,7 @@ qint32 lastBackslash(const FixedWideString &path);
 QString folderOfPath(QString path);
 
 /// Fills `destination` with `source` after the long-path prefix, and returns it: \\?\C:\x for C:\x,
-/// \\?\UNC\server\share for \\server\share. The prefix is always added. Slashes and relative paths
-/// are not converted.
-///
+/// \\?\UNC\server\share for \\server\share. Deliberately adds it always, and converts nothing else.
 /// After \\?\ the Win32 file functions hand the rest of the path to the file system unchanged.
 const FixedWideString &withLongPathPrefix(FixedWideString &destination,
                                           const FixedWideString &source);
