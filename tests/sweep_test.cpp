@@ -1,291 +1,243 @@
-#include "sweep/console.h"
 #include "sweep/dir_listing.h"
 #include "sweep/error_text.h"
-#include "sweep/file_ops.h"
 #include "sweep/sweep.h"
 
-#include "support/files.h"
-#include "support/text_printing.h"
-
-#include <gtest/gtest.h>
+#include "support/scratch.h"
+#include "support/text.h"
 
 namespace {
 
-qint64 daysSince(TimeStamp time)
-{
-    TimeStamp now = 0;
-    currentTime(now);
-    return (now - time) / 86400;
-}
-
-// The compiler's start-up code sets a handler of its own, which hides what the print does.
-TEST(Console, SurvivesConversionsThatTheLibraryRefuses)
-{
-    const auto fail = [](const wchar_t *, const wchar_t *, const wchar_t *, unsigned, uintptr_t) {
-        std::_Exit(9);
-    };
-    const _invalid_parameter_handler before = _set_invalid_parameter_handler(fail);
-    printAsFormat("%n%hhn%");
-    printAsFormat(QByteArray("%*.*d%s%c").repeated(300)); // five values in nine characters
-    EXPECT_EQ(+fail, _set_invalid_parameter_handler(before));
-}
-
-TEST(ErrorText, WordsACodeInOneLine)
+TEST(SystemErrorText, IsOneLineForAnyCode)
 {
     const auto text = [](quint32 code) { return systemErrorText(code).toQString(); };
-    EXPECT_EQ(q("No Error."), text(0));
-    EXPECT_EQ(q("A DLL is missing."), text(126));
-    EXPECT_EQ(q(systemError(5).c_str()) + q("."), text(5));
-    EXPECT_TRUE(text(5).endsWith(q("..")));
-    EXPECT_EQ(q("ERROR code 107. (No system message found)"), text(107)); // it has inserts
-    EXPECT_EQ(q("ERROR code -268435457. (No system message found)"), text(0xEFFFFFFF));
+    EXPECT_EQ(latin1("No Error."), text(0));
+    EXPECT_EQ(latin1("A DLL is missing."), text(126));
+    EXPECT_EQ(latin1("ERROR code 107. (No system message found)"), text(107)); // it has inserts
+    EXPECT_EQ(latin1("ERROR code -268435457. (No system message found)"), text(0xEFFFFFFF));
     SetLastError(145);
-    EXPECT_EQ(q(systemError(145).c_str()) + q("."), text(useLastError));
-
-    // The twenty fixed texts by the checksum of all of them, made from what users were told.
-    QByteArray texts;
-    for (const quint32 code :
-         { 0xC0000005, 0x80000002, 0x80000003, 0x80000004, 0xC0000006, 0xC000001D, 0xC0000025,
-           0xC0000026, 0xC000008C, 0xC000008D, 0xC000008E, 0xC000008F, 0xC0000090, 0xC0000091,
-           0xC0000092, 0xC0000093, 0xC0000094, 0xC0000095, 0xC0000096, 0xC00000FD })
-        texts += exceptionCodeText(code).value;
-    EXPECT_EQ(2335, texts.size());
-    EXPECT_EQ(35230, qChecksum(texts.constData(), 2335)); // CRC-16, ISO 3309
-    EXPECT_EQ(q("EXCEPTION: The thread used up its stack."), text(0xC00000FD));
+    EXPECT_EQ(latin1("Error 145: Directory is not empty.."), text(useLastError));
+    const QStringList exceptions = linesOf("exception_texts.txt");
+    EXPECT_EQ(20, exceptions.size());
+    for (const QString &line : exceptions)
+        EXPECT_EQ(line.mid(9), text(line.left(8).toUInt(nullptr, 16)));
 }
 
-TEST(FileOps, TellFilesFromFolders)
+TEST(DirListing, IsCreatedClosed)
 {
-    const ScratchFolder scratch(L"folder\\x");
-    makeFile(L"X:\\scratch\\file", old, 700);
-    const HANDLE held = holdOpen(L"X:\\scratch\\file"); // does not hinder who only asks
-    for (const QStringList &row : rowsOf(2, R"(
-            X:\scratch\file -> file   X:\scratch -> folder   X:\scratch\ -> folder
-            X:\scratch\\ -> folder   X:\nothing -> ''   X: -> ''   '' -> '')")) {
-        const bool isFile = row[1] == q("file");
-        EXPECT_EQ(isFile, fileExists(row[0])) << row[0];
-        EXPECT_EQ(row[1] == q("folder"), folderExists(row[0])) << row[0];
-        TimeStamp time = 0;
-        qint64 size = -1;
-        EXPECT_EQ(isFile, fileTimeAndSize(row[0], &time, &size)) << row[0];
-        EXPECT_EQ(isFile ? 700 : -1, size);
-        EXPECT_EQ(isFile, daysSince(time) == 30);
-        EXPECT_EQ(isFile, !deleteFile(row[0]).isEmpty()); // held; anything else is no file
-    }
-    CloseHandle(held);
-    fs::create_directory(L"X:\\scratch\\empty");
-    fs::current_path(L"X:\\scratch");
-    EXPECT_FALSE(removeFolder(q("empty"))); // it is looked for below itself
-    EXPECT_FALSE(removeFolder(q("X:\\scratch\\folder")));
-    EXPECT_TRUE(removeFolder(q("X:\\scratch\\empty")));
-    fs::current_path(L"X:\\");
-}
-
-TEST(DirListing, YieldsWhatItIsAskedFor)
-{
-    const ScratchFolder scratch;
-    unsigned number = 0; // of days, and of bytes
-    for (const wchar_t *name :
-         { L"c.txt", L"B.txt", L"a.log", L".git\\x", L"d.TXT", L"e.txt\\y" }) {
-        ++number;
-        makeFile(scratch.path / name, number, number);
-    }
     DirListingHandle handle;
     DirListing::create(handle);
-    // Of each entry the full path behind X:\scratch\, and the size, where the age is the same.
-    const auto entries = [&handle] {
-        QString all;
-        while (DirListing::next(handle)) {
-            const qint64 size = DirListing::size(handle);
-            all += DirListing::fullPath(handle).mid(11);
-            all += DirListing::isFolder(handle)                  ? q("\\ ")
-                   : daysSince(DirListing::time(handle)) == size ? q(":%1 ").arg(size)
-                                                                 : q("? ");
-        }
-        EXPECT_FALSE(DirListing::next(handle));
-        return all;
-    };
-    const auto list = [&](const char *folder, bool includeFolders, bool sort, bool descending) {
-        DirListing::open(handle, q(folder), includeFolders, false, sort, descending);
-        return entries();
-    };
-    EXPECT_EQ(q(".git\\ B.txt:2 a.log:3 c.txt:1 d.TXT:5 e.txt\\ "),
-              list("X:\\scratch", true, true, false));
-    EXPECT_EQ(q("d.TXT:5 c.txt:1 a.log:3 B.txt:2 "), list("X:/scratch/", false, true, true));
-    EXPECT_EQ(q("c.txt:1 "), list("X:\\scratch\\C*", true, false, false));
-    EXPECT_EQ(q("c.txt:1 "), list("X:\\scratch\\c.txt", true, true, false));
-    EXPECT_EQ(q(""), list("X:\\scratch\\nothing", true, true, false));
-    DirListing::open(handle, q("X:\\scratch"), true, true, true, false);
-    EXPECT_TRUE(DirListing::next(handle)); // left in the middle
-    // Later kinds of filters override the earlier ones; folders pass.
-    DirListing::addSuffixFilter(handle, q(""));
-    DirListing::addSuffixFilter(handle, q(".LOG"));
-    EXPECT_EQ(q(".git\\ a.log:3 e.txt\\ "), list("X:\\scratch", true, true, false));
-    handle.listing->prefixFilters.append(q("b"));
-    EXPECT_EQ(q("B.txt:2 "), list("X:\\scratch", false, true, false));
-    handle.listing->containsFilters.append(q(".T"));
-    EXPECT_EQ(q("B.txt:2 c.txt:1 d.TXT:5 "), list("X:\\scratch", false, true, false));
-
-    DirListing &listing = *handle.listing; // paths that come from outside
-    listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
-    listing.haveLists = false;
-    listing.index = -1;
-    listing.names = { q("X:\\scratch\\c.txt"), q("X:\\scratch\\.git"), q("X:\\scratch\\no") };
-    EXPECT_EQ(q("c.txt:1 .git\\ no? "), entries());
+    const DirListing &listing = *handle.listing;
+    EXPECT_EQ(&handle, listing.owner);
+    EXPECT_EQ(-1, listing.index);
+    const std::vector<bool> flags = { listing.isOpen,         listing.fromLists,
+                                      listing.haveLists,      listing.namesAreFullPaths,
+                                      listing.includeFolders, listing.statDone,
+                                      listing.statIsFolder };
+    EXPECT_EQ(std::vector<bool>(7, false), flags);
     DirListing::destroy(handle);
     EXPECT_EQ(nullptr, handle.listing);
 }
 
-TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
+TEST(DirListing, SortsAndFiltersNames)
 {
-    const ScratchFolder scratch(L"file");
+    const ScratchFolder scratch({ L"c.txt", L"B.txt", L"a.log", L".git\\x", L"d.TXT" });
     DirListingHandle handle;
     DirListing::create(handle);
-    for (const bool readAllFirst : { true, false }) {
-        DirListing::open(handle, q("X:\\scratch"), true, readAllFirst, false, false);
-        ASSERT_TRUE(DirListing::next(handle));
-        EXPECT_EQ(30, daysSince(DirListing::time(handle)));
-        EXPECT_EQ(readAllFirst, handle.listing->findHandle == INVALID_HANDLE_VALUE);
-    }
-    // No file system here keeps such times and sizes: they are put into the search result itself.
-    WIN32_FIND_DATAW &found = handle.listing->findData;
-    found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
-    found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
-    EXPECT_EQ(5, DirListing::time(handle));
-    found.ftLastWriteTime.dwHighDateTime = 1;
-    EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
-    found.nFileSizeHigh = 1;
-    EXPECT_EQ(4294967296, DirListing::size(handle));
+    const auto names = [&handle](const char *folder, bool includeFolders, bool descending) {
+        DirListing::open(handle, latin1(folder), includeFolders, false, true, descending);
+        return QStringList(handle.listing->names).join(latin1(" "));
+    };
+    EXPECT_EQ(latin1(".git B.txt a.log c.txt d.TXT"), names("X:\\t", true, false));
+    EXPECT_EQ(latin1("d.TXT c.txt a.log B.txt"), names("X:/t/", false, true));
+    EXPECT_EQ(latin1("c.txt"), names("X:\\t\\C*", true, false));
+    EXPECT_EQ(latin1("c.txt"), names("X:\\t\\c.txt", true, false));
+    // Each kind of filter overrides the kinds before it. Folders pass.
+    DirListing::addSuffixFilter(handle, QString());
+    DirListing::addSuffixFilter(handle, latin1(".LOG"));
+    EXPECT_EQ(latin1(".git a.log"), names("X:\\t", true, false));
+    handle.listing->prefixFilters.append(latin1("b"));
+    EXPECT_EQ(latin1("B.txt"), names("X:\\t", false, false));
+    handle.listing->containsFilters.append(latin1(".T"));
+    EXPECT_EQ(latin1("B.txt c.txt d.TXT"), names("X:\\t", false, false));
 }
 
-bool sweepScratch(bool removeIfEmpty, bool recurse, const QStringList *suffixes = nullptr,
-                  QString *errors = nullptr, QString *log = nullptr, bool namesOnly = false,
-                  TimeStamp *progressStamp = nullptr)
+/// The status of the entries from here on. A file is named after its size and its age in days.
+void expectStatusOfEntries(DirListingHandle &entry, int count)
 {
-    return sweepFolder(q("X:\\scratch"), removeIfEmpty, recurse, 14 * 1440, suffixes, errors,
-                       nullptr, nullptr, log, namesOnly, progressStamp);
+    TimeStamp now = 0;
+    currentTime(now);
+    for (; DirListing::next(entry); --count) {
+        const QString path = DirListing::fullPath(entry);
+        SCOPED_TRACE(path.toUtf8().constData());
+        const bool isFolder = path == latin1("X:\\t\\folder");
+        EXPECT_EQ(isFolder, DirListing::isFolder(entry));
+        EXPECT_EQ(isFolder ? DirListing::size(entry) : path.mid(5).toInt(),
+                  DirListing::size(entry));
+        EXPECT_EQ(path.mid(5).toInt(), isFolder ? 0 : (now - DirListing::time(entry)) / 86400);
+    }
+    EXPECT_EQ(0, count);
+    EXPECT_FALSE(entry.listing->isOpen);
+}
+
+TEST(DirListing, KnowsTheStatusOfEntries)
+{
+    const ScratchFolder scratch({ L"folder\\x" });
+    makeFile(L"X:\\t\\1", 1, "1");
+    makeFile(L"X:\\t\\2", 2, "22");
+    const auto held = holdOpen(L"X:\\t\\2"); // does not hinder who only asks
+    DirListingHandle entry;
+    DirListing::create(entry);
+    for (const bool sort : { true, false, true }) {
+        DirListing::open(entry, latin1("X:/t"), true, false, sort, true);
+        expectStatusOfEntries(entry, 3);
+    }
+    DirListing::close(entry);
+    DirListing &listing = *entry.listing; // with paths from outside
+    listing.names = QStringList() << latin1("X:\\t\\2") << latin1("X:\\t\\folder");
+    listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
+    listing.index = -1;
+    expectStatusOfEntries(entry, 2);
+}
+
+TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
+{
+    DirListingHandle entry;
+    DirListing::create(entry);
+    // No file system here keeps such times and sizes, so they are put into the search result.
+    WIN32_FIND_DATAW &found = entry.listing->findData;
+    found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
+    found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
+    EXPECT_EQ(5, DirListing::time(entry));
+    found.ftLastWriteTime.dwHighDateTime = 1;
+    EXPECT_EQ(-11644472741, DirListing::time(entry)); // 858.99 s after 1601 began
+    found.nFileSizeHigh = 1;
+    EXPECT_EQ(4294967296, DirListing::size(entry));
+}
+
+/// Sweeps X:\t with the default age limit, and removes it when nothing is left.
+bool sweepScratch(QString *log = nullptr, bool namesOnly = false, QString *errors = nullptr,
+                  const QStringList *suffixes = nullptr, TimeStamp *progressStamp = nullptr,
+                  bool recurse = true)
+{
+    return sweepFolder(latin1("X:\\t"), true, recurse, 14 * 1440, suffixes, errors, nullptr,
+                       nullptr, log, namesOnly, progressStamp);
 }
 
 TEST(SweepFolder, KeepsIgnoredEntries)
 {
-    const ScratchFolder scratch(L"keep\\a.SAV|skip\\b.sav\\c|skip\\d");
-    const QStringList suffixes = { q("x"), q(".sav") };
+    const ScratchFolder scratch({ L"keep\\a.SAV", L"skip\\b.sav\\c", L"skip\\d" });
+    const QStringList suffixes = QStringList() << latin1("x") << latin1(".sav");
     QString errors;
     QString log;
-    EXPECT_FALSE(sweepScratch(true, true, &suffixes, &errors, &log));
-    EXPECT_EQ(q("   [X:\\scratch]: \n"
-                "     -dir [keep]\n   [X:\\scratch\\keep]: \n     -ignS a.SAV   '.sav'\n"
-                "     -dir [skip]\n   [X:\\scratch\\skip]: \n     -ign [b.sav]  '.sav'\n"
-                "     -del d\n"),
+    EXPECT_FALSE(sweepScratch(&log, false, &errors, &suffixes));
+    EXPECT_EQ(latin1("   [X:\\t]: \n"
+                     "     -dir [keep]\n"
+                     "   [X:\\t\\keep]: \n"
+                     "     -ignS a.SAV   '.sav'\n"
+                     "     -dir [skip]\n"
+                     "   [X:\\t\\skip]: \n"
+                     "     -ign [b.sav]  '.sav'\n"
+                     "     -del d\n"),
               log);
-    // An ignored folder keeps nothing around it: that one's removal is tried, and fails.
-    EXPECT_EQ(q(("Error deleting folder X:\\scratch\\skip:" + systemError(145) + ".\n").c_str()),
+    // An ignored folder keeps nothing around it: the removal of that is tried, and fails.
+    EXPECT_EQ(latin1("Error deleting folder X:\\t\\skip:Error 145: Directory is not empty..\n"),
               errors);
-    fs::remove_all(scratch.path / L"keep");
-    fs::rename(scratch.path / L"skip\\b.sav", scratch.path / L"b.sav");
-    fs::remove_all(scratch.path / L"skip");
-    EXPECT_FALSE(sweepScratch(false, true, &suffixes));
-    EXPECT_TRUE(sweepScratch(false, false, &suffixes)); // passed over, it does not count
 }
 
-TEST(SweepFolder, DoesWithoutWhatIsOptional)
+TEST(SweepFolder, PassesSubfoldersOverWithoutRecursion)
 {
-    const ScratchFolder scratch(L"b|sub\\a");
-    QString log;
-    EXPECT_FALSE(sweepScratch(true, false, nullptr, nullptr, &log, true)); // sub is passed over
-    EXPECT_EQ(q("b\n"), log);
-    EXPECT_EQ(L"sub|sub\\a", treeOf(scratch.path));
-    EXPECT_TRUE(sweepScratch(true, true));
-    EXPECT_FALSE(folderExists(q("X:\\scratch")));
-    EXPECT_TRUE(sweepScratch(true, true)); // it is gone
+    const ScratchFolder scratch({ L"b", L"sub\\a" });
+    EXPECT_FALSE(sweepScratch(nullptr, false, nullptr, nullptr, nullptr, false));
+    EXPECT_FALSE(fs::exists(L"X:\\t\\b"));
+    EXPECT_TRUE(fs::exists(L"X:\\t\\sub\\a"));
 }
 
-TEST(SweepFolder, PrintsProgressWhenMoreThanFiveSecondsHavePassed)
+TEST(SweepFolder, NotesProgressWhenMoreThanFiveSecondsHavePassed)
 {
-    const ScratchFolder scratch;
     for (const TimeStamp age : { 5, 6 }) {
         TimeStamp now = 0;
         TimeStamp stamp = 0;
         TimeStamp end = 0;
-        std::string printed;
         do { // within one second
+            const ScratchFolder scratch;
             currentTime(now);
             stamp = now - age;
-            printed = flushedBy(
-                [&stamp] { sweepScratch(false, true, nullptr, nullptr, nullptr, false, &stamp); });
+            sweepScratch(nullptr, false, nullptr, nullptr, &stamp);
             currentTime(end);
         } while (now != end);
-        EXPECT_EQ(age > 5 ? "     ...X:\\scratch...\n" : "", printed);
         EXPECT_EQ(age > 5 ? now : now - age, stamp);
     }
 }
 
-DWORD WINAPI sweepAll(void * /*unused*/) { return sweepScratch(true, true) ? 1 : 0; }
-
-TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
+TEST(SweepFolder, LogsNothingMoreInAFullLog)
 {
-    const ScratchFolder scratch;
-    std::wstring folder = L"X:\\scratch";
-    while (folder.size() < 494)
-        folder += L"\\d";
-    makeFile(folder + L"\\o");
-    fs::create_directory(folder + L"\\e");     // its entries would not be seen
-    constexpr SIZE_T halfOfTheStack = 1048576; // bytes, of what the program's thread has
-    const HANDLE thread = CreateThread(nullptr, halfOfTheStack, sweepAll, nullptr,
-                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60000));
-    DWORD isEmptied = 0;
-    GetExitCodeThread(thread, &isEmptied);
-    CloseHandle(thread);
-    EXPECT_EQ(1u, isEmptied);
-    EXPECT_FALSE(fs::exists(L"X:\\scratch"));
+    constexpr int fullLog = 1 << 29; // units
+    QString log;
+    log.reserve(fullLog + 100);
+    for (const int units : { fullLog - 1, fullLog }) {
+        const ScratchFolder scratch({ L"old" });
+        log.resize(units);
+        EXPECT_TRUE(sweepScratch(&log, true));
+        EXPECT_EQ(units < fullLog ? units + 4 : units, log.size());
+        EXPECT_FALSE(fs::exists(L"X:\\t"));
+    }
 }
 
 TEST(SweepFolder, LeavesNothingOpen)
 {
-    const ScratchFolder scratch(L"a\\held|a\\old|b\\c\\old|b\\young");
-    const HANDLE held = holdOpen(L"X:\\scratch\\a\\held");
-    EXPECT_FALSE(sweepScratch(false, true));
-    CloseHandle(held);
-    EXPECT_EQ(L"a|a\\held|b|b\\young", treeOf(scratch.path));
-    for (const wchar_t *left : { L".", L"a", L"a\\held", L"b", L"b\\young" }) {
-        const HANDLE alone = holdOpen(scratch.path / left);
-        EXPECT_NE(INVALID_HANDLE_VALUE, alone) << testing::PrintToString(std::wstring(left));
-        CloseHandle(alone);
+    const ScratchFolder scratch({ L"a\\held", L"a\\old", L"held\\old" });
+    {
+        const auto file = holdOpen(L"X:\\t\\a\\held");
+        const auto folder = holdOpen(L"X:\\t\\held");
+        EXPECT_FALSE(sweepScratch());
     }
+    for (const wchar_t *left : { L"X:\\t", L"X:\\t\\a", L"X:\\t\\a\\held", L"X:\\t\\held\\old" })
+        EXPECT_NE(INVALID_HANDLE_VALUE, holdOpen(left).get()) << testing::PrintToString(left);
+}
+
+TEST(SweepFolder, NeedsLittleStackForTheDeepestTree)
+{
+    const ScratchFolder scratch;
+    std::wstring folder = L"X:\\t";
+    while (folder.size() < 494)
+        folder += L"\\d";
+    makeFile(folder + L"\\o", 30);
+    fs::create_directory(folder + L"\\e");     // its entries would not be seen
+    constexpr SIZE_T halfOfTheStack = 1048576; // bytes, of what the program's thread has
+    const auto sweep = [](void *) -> DWORD { return sweepScratch() ? 1 : 0; };
+    const HANDLE thread = CreateThread(nullptr, halfOfTheStack, sweep, nullptr,
+                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(thread, 60000));
+    CloseHandle(thread);
+    EXPECT_FALSE(fs::exists(scratch.path));
 }
 
 TEST(FileTime, CountsWholeSecondsFrom1970)
 {
-    for (const QStringList &row : rowsOf(2, R"(
-            116444736000000000 -> 0     116444736009999999 -> 0   116444736010000000 -> 1
-            116444735990000000 -> -1    116444735990000001 -> 0   0 -> -11644473600
-            9223372036854775807 -> 910692730085)")) {
-        const quint64 ticks = row[0].toULongLong(); // of 100 ns
-        TimeStamp seconds = 7;
-        fileTimeToSeconds(seconds, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
-        EXPECT_EQ(row[1].toLongLong(), seconds) << row[0];
-    }
+    const auto seconds = [](quint64 ticks) { // of 100 ns
+        TimeStamp result = 7;
+        fileTimeToSeconds(result, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
+        return result;
+    };
+    EXPECT_EQ(-11644473600, seconds(0));
+    EXPECT_EQ(0, seconds(116444735990000001));
+    EXPECT_EQ(0, seconds(116444736009999999));
+    EXPECT_EQ(1, seconds(116444736010000000));
 }
 
-TEST(FileTime, HasElapsedOnlyBehindTheSpan)
+TEST(FileTime, HasElapsedOnlyAfterTheSpan)
 {
     TimeStamp stamp = 100;
     const TimeStamp end = 105;
-    const TimeStamp behind = 106;
+    const TimeStamp later = 106;
     EXPECT_FALSE(hasElapsed(stamp, 5, true, &end));
-    EXPECT_TRUE(hasElapsed(stamp, 5, false, &behind));
+    EXPECT_TRUE(hasElapsed(stamp, 5, false, &later));
     EXPECT_EQ(100, stamp);
-    EXPECT_TRUE(hasElapsed(stamp, 5, true, &behind));
+    EXPECT_TRUE(hasElapsed(stamp, 5, true, &later));
     EXPECT_EQ(106, stamp);
-    EXPECT_FALSE(hasElapsed(stamp, 1LL << 32, false, &behind)); // more than 32 bits
-    EXPECT_TRUE(hasElapsed(stamp, 5, true));
-    EXPECT_FALSE(hasElapsed(stamp, 5, false)); // it is the current time now
-
-    EXPECT_EQ(2147472000, minutesToSeconds(daysToMinutes(24855)));
-    EXPECT_EQ(-2147408896, minutesToSeconds(daysToMinutes(24856)));
-    EXPECT_EQ(2147483520, daysToMinutes(1491308));
-    EXPECT_EQ(-2147482336, daysToMinutes(1491309));
+    EXPECT_FALSE(hasElapsed(stamp, 1LL << 32, false, &later)); // more than 32 bits
+    EXPECT_TRUE(hasElapsed(stamp, 5, true));                   // now is later
+    EXPECT_EQ(-2147482336, daysToMinutes(1491309));            // which wraps
 }
 
 } // namespace

@@ -1,0 +1,83 @@
+"""What a sweep deletes, keeps and reports; names, paths and links of unusual shape."""
+
+from pathlib import Path
+
+import pytest
+from conftest import SWEPT, X, YOUNG, held_open, make, run, tree
+
+REPORT = Path(__file__).with_name("report.txt")
+
+
+def test_deletes_what_is_old_and_reports_each_decision(link: None) -> None:
+    make("%s 100%/%n/old", size=511)
+    make("held/old", size=512)
+    make("held/Ā%s held", "ü/\ufeffЖ")
+    make("kept/old", days=14.001, size=1535)
+    make("kept/young", days=13.999)
+    make("kept/from 2400", days=-136_600)
+    make("young/old", folder=X / "test")
+    make("readonly", size=2_000_000)
+    (SWEPT / "readonly").chmod(0o444)
+    with held_open(SWEPT / "held/Ā%s held"):
+        assert run("X:\\test\\swept\\", "-v", "-V") == (REPORT.read_text(), 0)
+    assert tree() == ["held", "held/Ā%s held", "kept", "kept/from 2400", "kept/young", "link"]
+
+
+# The entries of a folder are seen while its path with "\*" and the long-path prefix has at most 500
+# units. The prefix takes 4, on the network 6. A search has it above 240 units, a deletion from 240
+# on. After the prefix a doubled backslash is an error, and a final dot belongs to the name.
+@pytest.mark.parametrize(
+    ("directory", "units", "end", "deleted", "is_left"),
+    [
+        ("X:\\test\\swept\\", 496, "/o", 1, False),
+        ("X:\\test\\swept\\", 497, "/o", 0, True),
+        ("X:\\test\\swept\\\\", 240, "/o", 1, True),
+        ("X:\\test\\swept\\\\", 241, "/o", 0, True),
+        ("X:\\test\\swept\\", 239, ".", 1, True),
+        ("X:\\test\\swept\\", 240, ".", 1, False),
+        ("X:\\test\\swept\\", 241, "./o", 0, True),
+        ("X:\\test\\swept\\", 242, "./o", 1, False),
+        ("\\\\server\\share\\", 494, "/o", 1, False),
+        ("\\\\server\\share\\", 495, "/o", 0, True),
+    ],
+)
+def test_reaches_paths_up_to_a_length(
+    directory: str, units: int, end: str, deleted: int, is_left: bool
+) -> None:
+    folder = SWEPT if directory.startswith("X:") else X / "share"
+    file = "m" * (230 if units > 250 else 50) + "/"
+    file += "f" * (units - len(directory + file + end)) + end
+    make(file, folder=folder)
+    output = run("-do", "14", directory).output
+    assert f"\n  {deleted} files deleted" in output
+    assert (folder / file).exists() == is_left
+    if is_left:
+        assert "\nErrors:\n Error deleting folder " in output
+
+
+def test_deletes_the_neighbour_of_a_name_that_windows_changes() -> None:
+    deep = f"{'f' * 237}/{'g' * 238}"  # "young" in it has a path of 496 units, the most that fit
+    make("a/blank ", "b/young.", f"{deep}/young is cut", f"{deep}/other is cut")
+    make("b/young", f"{deep}/young", days=YOUNG)
+    output = run(r"X:\test\swept", "-do", "14").output
+    assert "\n  4 files deleted" in output
+    assert "swept\\a:Error 145: Directory is not empty..\n" in output
+    assert tree(SWEPT / "a") == ["blank "]
+    assert tree(SWEPT / "b") == ["young."]
+    assert tree(SWEPT / deep) == ["other is cut", "young is cut"]
+
+
+def test_leaves_the_tree_by_no_name() -> None:
+    make("  x", "\uffff", "a;b", "\ufe0f\u200b", "n" * 255)
+    make(".../x", "..../x", ".. /x", ". /x", " /x", ".. ./x")
+    make("young", days=YOUNG)
+    assert run(r"X:\test\swept", "-do", "14").code == 0
+    assert [path for path in tree() if path[0] not in ". "] == ["young"]
+
+
+def test_ends_a_cycle_of_links_where_the_paths_end() -> None:
+    make("old", "sub/old")
+    make("sub/young", days=YOUNG)
+    (SWEPT / "sub/up").symlink_to("..")
+    assert "\n  2 files deleted" in run(r"X:\test\swept", "-do", "14").output
+    assert tree() == ["sub", "sub/up", "sub/young"]
