@@ -7,7 +7,7 @@
 # With --check it never builds: it prints the folder, or fails when the folder is missing or does
 # not hold the files that were built. The folder's name holds a key of the version, the flags and
 # the compiler. The folder appears by one rename once everything in it is complete, so an
-# interrupted build leaves nothing behind that looks complete.
+# interrupted build never looks complete.
 set -euo pipefail
 
 cache=$1

@@ -30,7 +30,7 @@ struct Roots : ScratchFolder
     }
 };
 
-/// What findInstallRoot finds with the arguments of a command line that is split at its blanks.
+/// The results of findInstallRoot for the arguments of a command line that is split at its blanks.
 struct Discovery
 {
     explicit Discovery(const QString &commandLine)
