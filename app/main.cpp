@@ -27,8 +27,7 @@ constexpr int exitBadNumber = 3;
 
 int main(int argc, char **argv)
 {
-    // A drive without a disk is then an error. By default Windows asks for the disk in a dialog,
-    // and an unattended run waits for a click.
+    // Otherwise Windows asks for a missing disk in a dialog, which stops an unattended run.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 
     printBanner();

@@ -21,7 +21,7 @@ const char *readOptions(int argc, char **argv, Options &options)
             bool isNumber = false;
             const QString value = QString::fromLatin1(argv[i]);
             options.daysOld = value.toInt(&isNumber, 10);
-            // QtCore 5 takes it for white space around the number.
+            // QtCore 5 takes U+0085 for white space.
             if (!isNumber || value.contains(QChar(nextLine)))
                 return argv[i];
         } else if (isOption(argument, "-v")) {

@@ -4,8 +4,8 @@
 #include <QString>
 
 /// Runs runFolder on every folder that the path matches, depth-first, in the order of Windows'
-/// search; on the path itself when it has no "*". Only the backslash separates folders. A folder
-/// that cannot be listed, or a "*" without a match, gives no output.
+/// search; on the path itself when it has no "*". Only the backslash separates folders. Prints
+/// nothing for a folder that cannot be listed, or for a "*" without a match.
 ///
 /// Deliberately no full pattern match: text between a "*" and the next backslash does not restrict
 /// the folders, so a*b matches every folder that begins with a. A folder with a "*" in its own

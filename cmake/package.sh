@@ -4,8 +4,8 @@
 # usage: package.sh BUILD PROGRAM TOOLCHAIN QTCORE DIST
 #
 # BUILD is the build folder that the program was linked in. The newest entry of CHANGELOG.md has the
-# date of the release. All files in the package get that date: a cleaned folder keeps a package that is
-# unpacked there soon after the release.
+# date of the release. All files in the package get that date, so a package unpacked soon after the
+# release is not old.
 set -euo pipefail
 umask 022
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

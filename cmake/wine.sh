@@ -10,7 +10,7 @@
 #            machine, so a faulty build that deletes whatever it finds gets no further. One way out
 #            is left: Wine opens names that begin with \\?\unix\ anywhere on the machine.
 #
-# No other link leads out of a prefix, and none to the caller's home. Nothing is run in a prefix in
+# No other link leads out of a prefix. Nothing is run in a prefix in
 # which such a link cannot be removed.
 #
 # The first run makes the prefix. The Wine server stays for a minute after the last program, so that
@@ -55,7 +55,7 @@ make_links() (
   [ "$(find . -type l -printf '%P %l\n' | sort)" = "$wanted" ]
 )
 
-# Closes the prefix, or ends this script.
+# Removes foreign links from the prefix, or ends this script.
 seal() {
   if ! make_links; then
     echo "wine.sh: links lead out of $WINEPREFIX and cannot be removed; nothing is run" >&2

@@ -6,7 +6,7 @@
 #include "text/fixed_string.h"
 
 /// Fills `folder` with the folder of the running program, with a trailing backslash. It comes from
-/// the name of the program's module (GetModuleFileNameA) or, when Windows does not tell, from
+/// the name of the program's module (GetModuleFileNameA) or, when that fails, from
 /// `argv0`. False, with an empty folder, when Windows does not tell and `argv0` is null or has
 /// fewer than 4 bytes.
 bool appFolder(const char *argv0, FixedNarrowString250 &folder);

@@ -1,8 +1,8 @@
 // The folders of an installation of the suite, derived from its two roots.
 //
 // Folders are silently truncated at 250 UTF-16 units. They end with a backslash, unless they are
-// empty, too long, or came from outside with another ending (KX_ROOT with a slash, ExeRoot). No
-// folder is created. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// empty, truncated, or taken unchanged (KX_ROOT with a slash, ExeRoot). No folder is created. A
+// fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"

@@ -17,8 +17,8 @@ set "program=%~dp0kxDeleteOldFiles.exe"
 if not exist "%program%" set "program=%~dp0..\bin\win64\kxDeleteOldFiles.exe"
 for %%f in ("%log%") do if not exist "%%~dpf" mkdir "%%~dpf"
 
-rem The report of this run waits in its own file, which a run under way holds open. A killed run leaves
-rem it; it is then kept under another name.
+rem Each run writes its report to its own file and holds it open. If a run is killed, the next one keeps
+rem that file under another name.
 set "report=%log%.report"
 if exist "%report%" copy /y "%report%" "%log%.killed" >nul
 if exist "%report%" del "%report%"
@@ -28,7 +28,7 @@ if not exist "%log%" type nul >"%log%"
 copy /y /b "%log%"+"%report%" "%log%" >nul
 if errorlevel 1 goto no_log
 del "%report%"
-if not exist "%program%" echo There is no such program, nor one beside this file.>>"%log%"& exit /b 1
+if not exist "%program%" echo No program: neither at this path nor beside this file.>>"%log%"& exit /b 1
 
 >"%report%" "%program%" %arguments% 2>&1
 set code=%errorlevel%

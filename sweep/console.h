@@ -7,7 +7,7 @@
 /// for each line feed.
 [[gnu::format(ms_printf, 1, 2)]] void print(const char *format, ...);
 
-/// Prints a text as a format without values. To a conversion in it every value is 0 or a null
+/// Prints a text as a format without values. Every conversion in it gets 0 or a null
 /// pointer ("%d" prints 0, "%s" the C run-time's text for null), in the width that it asks for.
 /// Where the C run-time refuses a conversion, such as "%n", the text ends. The program goes on, and
 /// no stray memory is read or written.

@@ -50,7 +50,7 @@ bool readFirstEntry(DirListing &listing)
     listing.findHandle =
         FindFirstFileExW(toWChar(pattern), FindExInfoStandard, &listing.findData,
                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-    // Windows before version 7 does not know the flag.
+    // Deliberate: a file system or an old Windows may not know the flag.
     if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
         listing.findHandle = FindFirstFileW(toWChar(pattern), &listing.findData);
     return listing.findHandle != INVALID_HANDLE_VALUE;

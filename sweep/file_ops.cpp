@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The path as Windows takes it: with the long-path prefix from longPathLength units on.
+/// The path as Windows takes it: with the long-path prefix if it has longPathLength units.
 FixedWideString windowsPath(const FixedWideString &path)
 {
     if (path.length < longPathLength)

@@ -18,7 +18,7 @@ bool fileExists(const QString &path);
 bool folderExists(QString path);
 
 /// Whether the path names an existing file that could be opened and, with `size`, sized. Fills
-/// `time` with its last-write time (0 when Windows does not tell) and `size` with its bytes; either
+/// `time` with its last-write time (0 when that fails) and `size` with its bytes; either
 /// may be null. Deliberately opens the file without the long-path prefix, so the result is false
 /// for a path that is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
 bool fileTimeAndSize(const FixedWideString &path, TimeStamp *time, qint64 *size);
@@ -32,6 +32,6 @@ bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size);
 QString deleteFile(const QString &path);
 
 /// Removes an empty folder (QDir::rmdir, which truncates nothing and adds its own long-path
-/// prefix). False when that fails; the thread's last error tells why. A relative path is looked up
-/// below itself and not found.
+/// prefix). False when that fails; the thread's last error tells why. A relative path fails: QDir
+/// resolves it against itself.
 bool removeFolder(const QString &path);

@@ -179,8 +179,8 @@ bool removeEmptied(const Sweep &sweep, const QString &folder)
     return false;
 }
 
-/// Sweeps one folder and everything below it. Links are followed and cycles are not detected; the
-/// manual's limits say how they end.
+/// Sweeps one folder and everything below it. Links are followed and cycles are not detected; one
+/// cycle ends where the path no longer fits.
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
 {
     if (!folderExists(folder))

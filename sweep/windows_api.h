@@ -1,4 +1,5 @@
-// The only include of <windows.h>, its test for a folder, and conversions to and from wchar_t.
+// The product's only include of <windows.h>, its test for a folder, and conversions to and from
+// wchar_t.
 #pragma once
 
 #include <windows.h> // the build sets its options

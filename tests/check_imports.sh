@@ -19,15 +19,15 @@ holds() {
 }
 
 at_start=$(grep -oP 'DLL Name: \K\S+' <<<"$header" | grep -viE '^(api-ms-win-crt-.*|kernel32|msvcrt)\.dll$' || true)
-holds "it loads the C run-time and kernel32 alone at its start" test -z "$at_start"
+holds "at its start it loads only the C run-time and kernel32" test -z "$at_start"
 later=$(grep -oP '__DELAY_IMPORT_DESCRIPTOR_\K.*(?=_a$)' <<<"$symbols" | grep -vxE "${delayed// /|}" || true)
-holds "it loads the DLLs alone that cmake/qtcore.sh names later" test -z "$later"
-holds "some of them" grep __DELAY_IMPORT_DESCRIPTOR_ <<<"$symbols"
+holds "later it loads only the DLLs that cmake/qtcore.sh names" test -z "$later"
+holds "it loads some of those" grep __DELAY_IMPORT_DESCRIPTOR_ <<<"$symbols"
 holds "it has the C run-time's formatted print" grep ' __imp___stdio_common_vfprintf$' <<<"$symbols"
 holds "it does not have the compiler's" test -z "$(grep -E ' __mingw_v?f?w?printf$' <<<"$symbols")"
 holds "its start-up code expands no wildcards" grep ' 00000000 ' < <("$2objdump" -s --start-address="$wildcards" --stop-address="$((wildcards + 4))" "$1")
 holds "it names Windows 10" grep 'MajorOSystemVersion 10 .*MajorSubsystemVersion 10 ' <<<"$header"
-holds "its memory is protected" grep ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE ' <<<"$header"
+holds "its memory is protected, and it knows terminal servers" grep ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE ' <<<"$header"
 holds "its resource has the version" grep -xF 8.4.02 < <(strings -el "$1")
 holds "it has the version as numbers" grep -aP '\xbd\x04\xef\xfe\x00{2}\x01\x00\x04\x00\x08\x00{3}\x02\x00' "$1"
-holds "it has at most 2.5 MB when stripped" test "$(stat -c %s "$stripped")" -le 2500000
+holds "it is at most 2.5 MB when stripped" test "$(stat -c %s "$stripped")" -le 2500000

@@ -84,7 +84,7 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     const ScratchFolder scratch({ L"folder\\x" });
     makeFile(L"X:\\t\\1", 1, "1");
     makeFile(L"X:\\t\\2", 2, "22");
-    const auto held = holdOpen(L"X:\\t\\2"); // does not hinder who only asks
+    const auto held = holdOpen(L"X:\\t\\2"); // can still be queried
     DirListingHandle entry;
     DirListing::create(entry);
     for (const bool sort : { true, false, true }) {

@@ -54,12 +54,17 @@ TEST(FixedString, FindsInAnyCase)
     EXPECT_EQ(2, wide("adbcbc").indexOfNoCase(wide("bc"), 0)); // "ad" has the same sum of units
     EXPECT_EQ(3, wide("aBcb").indexOfUnitNoCase(u'B', 2));
     EXPECT_EQ(1, wide("aBcb").indexOfUnitNoCase(u'b', 4)); // past the end
+    EXPECT_EQ(3, lastBackslash(wide("a\\b\\c")));
+    EXPECT_EQ(-1, lastBackslash(wide("a/b")));
 }
 
 TEST(FixedString, ComparesInAnyCase)
 {
+    EXPECT_TRUE(wide("ab").firstUnitIs(u'a'));
     EXPECT_FALSE(wide("ab").firstUnitIs(u'A')); // the exception
+    EXPECT_TRUE(wide("aBc").equalsNoCase(wide("AbC")));
     EXPECT_FALSE(wide("aBc").equalsNoCase(wide("abd")));
+    EXPECT_EQ(0, wide("aBc").compareNoCase(wide("AbC")));
     EXPECT_TRUE(wide("xyZ").endsWithNoCase(wide("Yz")));
     EXPECT_EQ(-1, wide("abc").compareNoCase(wide("ABCD")));
     EXPECT_EQ(1, wide("z1").compareNoCase(wide("Z")));

@@ -13,8 +13,8 @@ const QChar asterisk = QLatin1Char('*');
 constexpr qint32 longPathPrefixUnits = 4;
 constexpr qint32 longNetworkPrefixUnits = 6;
 
-/// Length in units from which a path gets the long-path prefix. Without it Windows takes fewer than
-/// 260 units (MAX_PATH), and fewer still for a folder, which must have room for a file name.
+/// A path of this many units or more gets the long-path prefix; a search pattern, deliberately,
+/// only a longer one. Without it Windows takes fewer than 260 units (MAX_PATH).
 constexpr qint32 longPathLength = 240;
 
 /// The path with doubled separators collapsed, and with a leading run of ".." folded into the

@@ -1,6 +1,7 @@
 """Runs the program as its users do, in the sealed Wine prefix, and looks at what is left.
 
-Each test has an empty folder X:\\test\\swept. Around it lie canaries: files that no run may delete.
+Each test has an empty folder X:\\test\\swept. Around it lie canaries: old files that no rule
+reaches, and a young one that some tests link to.
 A failed test shows every command with its output, its exit code and what it left of the folder.
 """
 

@@ -107,5 +107,6 @@ def test_tells_the_free_space_of_the_disk() -> None:
 def test_tells_windows_to_show_no_dialogs_before_it_prints() -> None:
     traced = os.environ | {"WINEDEBUG": "+relay"}
     calls = subprocess.run(["wine", INSTALLED], cwd=X, env=traced, capture_output=True).stderr
-    before = calls.partition(b"Call ucrtbase.__stdio_common_vfprintf(")[0]
+    before, print_call, _ = calls.partition(b"Call ucrtbase.__stdio_common_vfprintf(")
+    assert print_call
     assert b"Call KERNEL32.SetErrorMode(00008001)" in before

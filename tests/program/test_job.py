@@ -73,7 +73,7 @@ def test_ends_with_the_exit_code_of_the_program() -> None:
 def test_ends_with_1_when_there_is_no_program() -> None:
     shutil.rmtree(FOLDER / "suite/bin")
     assert run_job() == 1
-    assert "There is no such program" in LOG.read_text()
+    assert "No program: neither" in LOG.read_text()
 
 
 def test_ends_with_4_and_deletes_nothing_when_the_log_cannot_be_made() -> None:
@@ -98,8 +98,11 @@ def test_schtasks_takes_the_task_and_refuses_a_broken_one(end: str, code: int) -
     assert wine("schtasks", "/delete", "/tn", "kx", "/f") == code
 
 
-def test_the_task_makes_up_for_missed_runs_and_runs_to_its_end_on_battery_too() -> None:
+def test_the_task_runs_nightly_makes_up_for_missed_runs_and_runs_on_battery_too() -> None:
     task = xml.etree.ElementTree.parse(ROOT / "job/clean_old_files.xml").getroot()
+    assert task.findtext(".//{*}StartBoundary").endswith("T03:00:00")
+    assert task.findtext(".//{*}DaysInterval") == "1"
+    assert task.findtext(".//{*}Command").endswith(r"\clean_old_files.cmd")
     (settings,) = task.findall("{*}Settings")
     assert {leaf.tag.rpartition("}")[2]: leaf.text for leaf in settings} == {
         "StartWhenAvailable": "true",

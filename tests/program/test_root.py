@@ -49,7 +49,7 @@ def test_stops_at_a_relink_file_that_it_cannot_open() -> None:
     assert "root/sub/cfg_global/relink_win.cfg" in tree()
 
 
-def test_takes_no_folder_for_a_relink_file() -> None:
+def test_a_folder_is_no_relink_file() -> None:
     make("root/sub/cfg_global/relink_win.cfg/old")
     assert run("-kxRoot", r"X:\test\swept\root", r"X:\test\swept", program=LOST).code == 0
 
