@@ -1,12 +1,11 @@
-// The free space of the drive or network share that holds a folder.
+// The free space of a folder's drive or network share. A fixed interface, see CONTRIBUTING.md.
 #pragma once
 
 #include <QString>
 
-/// Whole MiB that the caller may still use, rounded down, as 32 bits (GetDiskFreeSpaceExW).
+/// Whole MiB that the caller may still use, rounded down, as 32 bits (GetDiskFreeSpaceExW). 1000
+/// when there is no root, the root has 255 UTF-16 units or more, or that call fails.
 ///
-/// Windows is asked about the first 3 characters of a path with a drive, otherwise about the path
-/// up to its second backslash from the fourth character on (\\server\share\); slashes do not count
-/// there. Returns 1000 when there is no such root, it has 255 UTF-16 units or more, or Windows does
-/// not tell. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+/// The root is the first 3 characters of a path with a drive. Otherwise it is the path up to its
+/// second backslash from the fourth character on (\\server\share\); slashes do not count there.
 quint32 freeDriveSpaceMiB(QString path);

@@ -233,7 +233,9 @@ TEST(AppPath, GoesUpFromFoldersAndPrograms)
 {
     expectResults({ { "a folder", R"(X:\a\b\)", R"(X:\a\)" },
                     { "a drive", R"(X:\)", R"(X:\)" },
+                    { "a folder of a drive", R"(X:\a)", R"(X:\)" },
                     { "two bytes", "X:", "X:" },
+                    { "a name of three bytes", "abc", R"(abc\)" },
                     { "a share", R"(\\s\share\)", R"(\\s\share\)" },
                     { "a folder of a share", R"(\\s\share\d\)", R"(\\s\share\)" },
                     { "three backslashes at the start", R"(\\\a\b)", R"(\\\a\)" } },

@@ -97,6 +97,14 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
     listing.index = -1;
     expectStatusOfEntries(entry, 2);
+    listing.names.append(latin1("X:\\t\\gone"));
+    listing.isOpen = true;
+    listing.index = 1;
+    EXPECT_TRUE(DirListing::isFolder(entry));
+    EXPECT_TRUE(DirListing::next(entry));
+    EXPECT_FALSE(DirListing::isFolder(entry));
+    EXPECT_EQ(0, DirListing::time(entry));
+    EXPECT_EQ(0, DirListing::size(entry));
 }
 
 TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)

@@ -20,6 +20,19 @@ TEST(FixedString, TruncatesAtItsCapacity)
     EXPECT_EQ(repeated(500), fixedText<FixedNarrowString500>(bytes.constData()).toQString());
 }
 
+TEST(FixedString, InsertsAndRemovesWithinItsLength)
+{
+    FixedWideString text = wide("abcd");
+    text.insertAt(1, wide("X"));
+    EXPECT_EQ(latin1("aXbcd"), text.toQString());
+    text.insertAt(9, wide("Y")); // at the end
+    EXPECT_EQ(latin1("aXbcdY"), text.toQString());
+    text.removeRange(1, 2);
+    EXPECT_EQ(latin1("acdY"), text.toQString());
+    text.removeRange(2, -1); // duplicates the unit before
+    EXPECT_EQ(latin1("accdY"), text.toQString());
+}
+
 TEST(FixedString, LeavesUnitsAfterItsTerminator)
 {
     FixedWideString text = wide("abc");
@@ -164,6 +177,7 @@ TEST(GroupedNumber, HasFourGroupsAtMost)
     EXPECT_EQ("1 001", grouped(1001));
     EXPECT_EQ("1000 000", grouped(1000000));
     EXPECT_EQ("1234 567 890 123", grouped(1234567890123));
+    EXPECT_EQ("-1 500", grouped(-1500));
     EXPECT_EQ("-9223372036 854 775 808", grouped(std::numeric_limits<qint64>::min()));
 }
 
