@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The path as Windows takes it: with the long-path prefix if it has longPathLength units.
+/// The path as Windows takes it: with the long-path prefix at longPathLength units or more.
 FixedWideString windowsPath(const FixedWideString &path)
 {
     if (path.length < longPathLength)

@@ -18,9 +18,9 @@ bool fileExists(const QString &path);
 bool folderExists(QString path);
 
 /// Whether the path names an existing file that could be opened and, with `size`, sized. Fills
-/// `time` with its last-write time (0 when that fails) and `size` with its bytes; either
-/// may be null. Deliberately opens the file without the long-path prefix, so the result is false
-/// for a path that is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
+/// `time` with its last-write time (0 when that fails) and `size` with its bytes; either may be
+/// null. Deliberately opens the file without the long-path prefix, so the result is false for a
+/// path that is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
 bool fileTimeAndSize(const FixedWideString &path, TimeStamp *time, qint64 *size);
 bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size);
 

@@ -45,7 +45,7 @@ def test_reads_the_age_limit(option: str, value: str, days: int, deleted: int) -
     assert tree() == ["future", "old"][: 2 - deleted]
 
 
-# "…" arrives as byte 0x85 of code page 1252, which is white space as Latin-1, but not to a number.
+# "…" arrives as byte 0x85 of code page 1252. As Latin-1 that is U+0085, white space to QtCore 5.
 @pytest.mark.parametrize("value", ["7%d", "2147483648", "14…", "…14"])
 def test_refuses_a_limit_that_is_no_number(value: str) -> None:
     make("old")
