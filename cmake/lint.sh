@@ -37,7 +37,7 @@ suppressed=(
 )
 cppcheck --quiet --std=c++17 --platform=win64 --library=qt --library=windows --library=googletest \
   --enable=warning,style,performance,portability --error-exitcode=1 "${suppressed[@]}" \
-  -D_WIN32 -I . -I tests "${windows_sources[@]}"
+  -D_WIN32 -I . "${windows_sources[@]}"
 echo "== clang-tidy"
 gcc=$(x86_64-w64-mingw32-g++-posix -print-libgcc-file-name)
 cross=(--target=x86_64-w64-windows-gnu -Wno-unknown-warning-option)

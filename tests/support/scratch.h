@@ -3,9 +3,6 @@
 
 #include "sweep/windows_api.h"
 
-#include <QFile>
-#include <QStringList>
-
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -28,30 +25,18 @@ struct ScratchFolder
 {
     explicit ScratchFolder(std::initializer_list<const wchar_t *> files = {})
     {
-        fs::create_directories(path);
         for (const wchar_t *file : files)
-            makeFile(path / file, 30);
+            makeFile(fs::path(L"X:\\t") / file, 30);
     }
-    ~ScratchFolder() { fs::remove_all(path, ignored); }
+    ~ScratchFolder() { fs::remove_all(L"X:\\t"); }
     ScratchFolder(const ScratchFolder &) = delete;
     ScratchFolder &operator=(const ScratchFolder &) = delete;
-
-    const fs::path path = L"X:\\t";
-    std::error_code ignored;
 };
 
-/// Opens a file or folder without sharing it; INVALID_HANDLE_VALUE when that fails.
-inline std::unique_ptr<void, decltype(&CloseHandle)> holdOpen(const fs::path &path)
+/// Opens a file or folder without sharing it.
+inline std::unique_ptr<void, decltype(&CloseHandle)> holdOpen(const wchar_t *path)
 {
-    return { CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                         FILE_FLAG_BACKUP_SEMANTICS, nullptr),
+    constexpr DWORD flags = FILE_FLAG_BACKUP_SEMANTICS; // which a folder needs
+    return { CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, flags, nullptr),
              CloseHandle };
-}
-
-/// The lines of a file from tests/data.
-inline QStringList linesOf(const char *file)
-{
-    QFile data(QString::fromLatin1("X:/unit/bin/win64/") + QString::fromLatin1(file));
-    data.open(QIODevice::ReadOnly | QIODevice::Text);
-    return QString::fromLatin1(data.readAll().constData()).trimmed().split(QLatin1Char('\n'));
 }

@@ -1,32 +1,43 @@
-// Texts in tests, and tables of texts with what a function returns for each.
+// Texts in tests, and the tables of tests/data, which is the current folder.
 #pragma once
 
-#include <QString>
+#include "text/fixed_string.h"
+
+#include <QFile>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
-/// Makes GoogleTest print a QString as text.
-inline void PrintTo(const QString &text, std::ostream *out) // NOLINT: GoogleTest's name
-{
-    *out << '"' << text.toUtf8().constData() << '"';
-}
-
 inline QString latin1(const char *text) { return QString::fromLatin1(text); }
 
-/// `count` times the letter x.
-inline QString repeated(int count) { return QString(count, QLatin1Char('x')); }
-
-struct TextRow
+// Texts that GoogleTest can print.
+inline std::string plain(const QString &text) { return text.toUtf8().constData(); }
+template <typename Unit, qint32 Capacity>
+std::string plain(const FixedString<Unit, Capacity> &text)
 {
-    const char *name, *text, *result;
-};
+    return plain(text.toQString());
+}
 
-/// Expects that the function returns the result of each row for its text.
+inline QString contentOf(const char *file)
+{
+    QFile data(latin1(file));
+    EXPECT_TRUE(data.open(QIODevice::ReadOnly | QIODevice::Text)) << file;
+    return QString::fromUtf8(data.readAll().constData()).trimmed();
+}
+
+inline QStringList linesOf(const char *file) { return contentOf(file).split(QLatin1Char('\n')); }
+
+/// Expects from `function` the results of its rows "name | case | text | result".
 template <typename Function>
-void expectResults(std::initializer_list<TextRow> rows, Function function)
+void expectResults(const char *name, Function function)
 {
-    for (const TextRow &row : rows) {
-        SCOPED_TRACE(std::string(row.name) + ": " + row.text);
-        EXPECT_EQ(latin1(row.result), function(latin1(row.text)));
+    int count = 0;
+    for (const QString &line : linesOf("text_functions.txt")) {
+        const QStringList row = line.split(QLatin1Char('|'));
+        if (row.at(0).trimmed() != latin1(name))
+            continue;
+        EXPECT_EQ(plain(row.at(3).trimmed()), plain(function(row.at(2).trimmed()))) << plain(line);
+        ++count;
     }
+    EXPECT_NE(0, count) << name;
 }
