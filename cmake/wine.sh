@@ -19,9 +19,10 @@
 # environment of the prefix, and its server is running.
 set -euo pipefail
 
-# Linux places memory at random, now and then where Wine needs its own, and one start in 1,250 then fails.
-# Where the system does not let us switch that off, Wine runs as it is.
-if [ $((0x$(</proc/self/personality) & 0x40000)) = 0 ] && setarch -R true 2>/dev/null; then
+# Linux places memory at random. In about one start in 1,250 it takes an address that Wine needs, and the
+# start fails. Where the system does not allow fixed addresses, Wine runs without them.
+if [ -r /proc/self/personality ] && [ $((0x$(</proc/self/personality) & 0x40000)) = 0 ] &&
+  setarch -R true 2>/dev/null; then
   exec setarch -R "${BASH_SOURCE[0]}" "$@"
 fi
 

@@ -16,10 +16,10 @@ holds() {
   "${@:2}" >/dev/null || { echo "check_imports.sh: this does not hold: $1" >&2; exit 1; }
 }
 
-at_start=$(grep -oP 'DLL Name: \K\S+' <<<"$header" | grep -viE '^(api-ms-win-crt-.*|kernel32|msvcrt)\.dll$' || true)
-holds "at its start it loads only the C run-time and kernel32" test -z "$at_start"
-later=$(grep -oP '__DELAY_IMPORT_DESCRIPTOR_\K.*(?=_a$)' <<<"$symbols" | grep -vxE "${delayed// /|}" || true)
-holds "later it loads only the DLLs that cmake/qtcore.sh names" test -z "$later"
+at_start=$(grep -oP 'DLL Name: \K\S+' <<<"$header")
+holds "at its start it loads only the C run-time and kernel32" test -z "$(grep -viE '^(api-ms-win-crt-.*|kernel32|msvcrt)\.dll$' <<<"$at_start")"
+later=$(grep -oP '__DELAY_IMPORT_DESCRIPTOR_\K.*(?=_a$)' <<<"$symbols")
+holds "later it loads only the DLLs that cmake/qtcore.sh names" test -z "$(grep -vxE "${delayed// /|}" <<<"$later")"
 holds "it names Windows 10" grep 'MajorOSystemVersion 10 .*MajorSubsystemVersion 10 ' <<<"$header"
 holds "its memory is protected, and it knows terminal servers" grep ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE ' <<<"$header"
 holds "it has the version as numbers" grep -aP '\xbd\x04\xef\xfe\x00{2}\x01\x00\x04\x00\x08\x00{3}\x02\x00' "$1"

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The roots in X:\t. X:\unit is none, and no variable of the machine is seen.
+/// The roots in X:\t. X:\unit is not a root, and the variables that name roots are unset.
 struct Roots : ScratchFolder
 {
     Roots()
@@ -61,11 +61,11 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
     EXPECT_EQ(plain(contentOf("root_sources.txt")), plain(logs.trimmed()));
 }
 
-TEST(RootDiscovery, TakesTheFlagAsItComes)
+TEST(RootDiscovery, FindsTheRootThatTheFlagNames)
 {
     const Roots roots;
     makeFile(L"X:\\t\\d_release\\sub\\cfg_global\\relink_win.cfg", 0, "Root=Y:\\moved");
-    qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // the next source
+    qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // the next source; "\r" is removed
     expectResults("-kxRoot", [](const QString &line) {
         const Discovery discovery(line);
         return discovery.folder(installRoot) + latin1(discovery.isOutside ? " outside" : "");
@@ -81,7 +81,7 @@ TEST(RootDiscovery, SetsTheStatusFolder)
     EXPECT_EQ("\\", plain(status(latin1("tool -loadstatus ")))); // the value is empty
 }
 
-TEST(RelinkFile, MovesTheRootsByItsFirstLine)
+TEST(RelinkFile, MovesTheRootsByItsFirstLineAndMustOpen)
 {
     const Roots roots;
     const auto rootsAndLog = [](const QString &line) {

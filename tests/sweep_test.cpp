@@ -26,7 +26,7 @@ TEST(DirListing, IsCreatedClosed)
          { listing.isOpen, listing.fromLists, listing.haveLists, listing.namesAreFullPaths,
            listing.includeFolders, listing.statDone, listing.statIsFolder })
         EXPECT_FALSE(flag);
-    DirListing::destroy(handle); // so that the handle has nothing to destroy
+    DirListing::destroy(handle); // the destructor of the handle must then do nothing
 }
 
 TEST(DirListing, SortsAndFiltersNames)
@@ -52,7 +52,7 @@ TEST(DirListing, SortsAndFiltersNames)
     EXPECT_EQ(".git B.txt c.txt d.TXT", names("X:\\t", true, false));
 }
 
-/// Path, size and days of age (99 at most) of each entry from here on. A folder has a backslash.
+/// Path, size and age in days (at most 99) of each remaining entry. A folder's path ends with "\".
 std::string restOf(DirListingHandle &entry)
 {
     TimeStamp now = 0;
@@ -73,7 +73,7 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     const auto held = holdOpen(L"X:\\t\\a"); // can still be queried
     DirListingHandle entry;
     DirListing::create(entry);
-    DirListing &listing = *entry.listing; // with paths from outside
+    DirListing &listing = *entry.listing; // with full paths that the caller gives
     listing.names << latin1("X:\\t\\a") << latin1("X:\\t") << latin1("X:\\gone");
     listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
     EXPECT_EQ("X:\\t\\a 4 3; X:\\t\\ 0 99; X:\\gone 0 99; ", restOf(entry));
@@ -102,9 +102,9 @@ TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
 
 TEST(SweepFolder, KeepsWhatIsIgnoredOrHeldOpen)
 {
-    const ScratchFolder scratch({ L"held\\old", L"keep\\a.SAV", L"keep\\b", L"skip\\c.sav\\d" });
+    const ScratchFolder scratch({ L"held\\old", L"keep\\a.SAV", L"locked\\b", L"skip\\c.sav\\d" });
     const auto folder = holdOpen(L"X:\\t\\held");
-    const auto file = holdOpen(L"X:\\t\\keep\\b");
+    const auto file = holdOpen(L"X:\\t\\locked\\b");
     const QStringList suffixes = QStringList() << latin1("x") << latin1(".sav");
     QString errors;
     QString log;

@@ -71,7 +71,7 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
     SCOPED_TRACE(testing::PrintToString(text));
     checkFixedString(text, takeText(data), takeText(data));
     checkPaths(fixed(text));
-    // An "&" that comes from its own entity begins a number, but no name.
+    // "&amp;" is decoded after the names and before the numbers.
     Plain decoded = replaceAll(text, u"&amp;#196;", u"\xC4");
     decoded = replaceAll(replaceAll(decoded, u"&#196;", u"\xC4"), u"&lt;", u"<");
     decoded = replaceAll(decoded, u"&amp;", u"&");

@@ -13,8 +13,8 @@ from typing import NamedTuple
 
 import pytest
 
-ROOT = Path(__file__).parents[2]
-PREFIX = Path(os.environ["WINEPREFIX"])
+ROOT = Path(__file__).resolve().parents[2]
+PREFIX = Path(os.environ["WINEPREFIX"]).resolve()
 C = PREFIX / "drive_c"
 X = (PREFIX / "dosdevices/x:").resolve()
 SWEPT = X / "test/swept"  # empty at the start of each test

@@ -1,4 +1,4 @@
-"""What the program makes of its arguments. test_manual.py has mistakes, and folders with a star."""
+"""How the program reads its arguments. The manual's mistakes and stars are in test_manual.py."""
 
 from pathlib import Path
 
@@ -21,7 +21,7 @@ def test_shows_its_usage_for_fewer_than_three_arguments() -> None:
     (INSTALLED, "-do 14…", "Error: Unable to convert 14\x85 into a number!\n", 3),
     (INSTALLED, "-do …14", "Error: Unable to convert \x8514 into a number!\n", 3),
     (LOST, "-do week -kxroot a/ -KXROOTS &lt;ü", "<ü\\')\n\n[-kxRoot flag: a/<ü\\: invalid]\n", 1),
-    # Printed as a format, "%d" shows 0, "%s" "(null)", "%*d" takes two values, and "%n" ends it.
+    # As a format, "%d" prints 0, "%s" "(null)", "%*d" takes two values, and "%n" ends the output.
     (LOST, "-kxRoot %%%*d%s", "'%0(null)\\')\n\n[-kxRoot flag: %0(null)\\: invalid]\n", 1),
     (LOST, "-kxRoot " + "%*d" * 100, f"[-kxRoot flag: {'0' * 100}\\: invalid]\n", 1),
     (LOST, "-kxRoot a%n", "lost.exe', 'a", 1),

@@ -25,9 +25,9 @@ def test_deletes_what_is_old_and_reports_each_decision() -> None:
     assert tree() == ["current", "held", "held/Ā%s run.exe", *kept, "link"]
 
 
-# The entries of a folder are seen while its path with "\*" and the long-path prefix has at most 500
-# units. The prefix takes 4, on the network 6. A search has it above 240 units, a deletion from 240
-# on. After the prefix a final dot belongs to the name.
+# Entries are seen while their folder's path with "\*" and the long-path prefix has at most 500 units.
+# The prefix takes 4 units, on the network 6. A deletion uses it for a path of 240 units or more, a
+# search for a pattern of more than 240. With the prefix, Windows keeps a final dot.
 @pytest.mark.parametrize("directory, units, end, is_left", [
     ("X:\\test\\swept\\", 496, "/o", False),
     ("X:\\test\\swept\\", 497, "/o", True),
