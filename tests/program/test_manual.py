@@ -38,7 +38,7 @@ def printed(command: str, folder: str = "") -> str:
     return output.replace("is # MiB", "is 79 174 MiB").rstrip("\n")
 
 
-@pytest.mark.parametrize("sample", SAMPLES + [f"> {command}\n{message}\n" for command, message in MISTAKES])
+@pytest.mark.parametrize("sample", SAMPLES + ["> %s\n%s\n" % mistake for mistake in MISTAKES])
 def test_a_sample_shows_what_its_commands_print(sample: str) -> None:
     commands = re.findall(r"^> (.*)$", sample, re.MULTILINE)
     assert sample == "".join(f"> {command}\n{printed(command)}\n" for command in commands)
