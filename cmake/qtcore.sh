@@ -1,18 +1,19 @@
 #!/usr/bin/env bash
-# Prints the folder of QtCore for Windows, and builds it first from Debian's sources when it is
-# missing or damaged.
+# Prints the folder of QtCore for Windows, and builds it first from the sources of this machine's Debian
+# when it is missing or damaged.
 #
 # usage: qtcore.sh CACHE TOOLCHAIN [--check]
 #
 # With --check it never builds: it prints the folder, or fails when the folder is missing or does
-# not hold the files that were built. The folder's name holds a key of the version, the flags and
+# not hold the files that were built. The folder's name holds the version, and a key of the flags and
 # the compiler. The folder appears by one rename once everything in it is complete, so an
-# interrupted build never looks complete.
+# interrupted build never looks complete. A line of output that begins with "dev: " is the reason of a
+# failure that the user can mend.
 set -euo pipefail
 
 cache=$1
 toolchain=$2
-version=5.15.8
+package=qtbase-opensource-src
 
 # Features of QtCore that no tool here uses; each costs size.
 unused="animation codecs big_codecs commandlineparser concatenatetablesproxymodel datetimeparser
@@ -37,21 +38,21 @@ for feature in $unused; do
   flags+=("-no-feature-$feature")
 done
 
-key=$(printf '%s\n' "$version" "${flags[@]}" "$delayed" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
-folder=$cache/qtcore-$version-$key
+key=$(printf '%s\n' "${flags[@]}" "$delayed" "$(basename "$toolchain")" | sha256sum | cut -c 1-12)
 
 # files_of FOLDER: each file in it and its size, but for the list itself.
 files_of() {
   (cd "$1" && find . -type f ! -path ./FILES -printf '%s %P\n' | LC_ALL=C sort)
 }
 
-if [ -d "$folder" ]; then
+for folder in "$cache/qtcore-"*"-$key"; do
+  [ -d "$folder" ] || continue
   if files_of "$folder" | cmp -s - "$folder/FILES"; then
     echo "$folder"
     exit
   fi
   echo "qtcore.sh: files are missing or changed in $folder" >&2
-fi
+done
 [ "${3:-}" != --check ] || exit 1
 
 # Turns the machine's package lists into lists of source packages, in a separate folder, so that the
@@ -66,14 +67,21 @@ derive_source_entries() {
 
 # Fetches the sources. apt checks the signature of the lists and the checksums of what it fetches.
 fetch_sources() {
-  local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/entries"
+  local apt_options=(-o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/entries"
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/apt" -o APT::Sandbox::User=)
   derive_source_entries "$work/entries"
   mkdir -p "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
-  "${apt[@]}" update || true # some entries may have no sources; the next step tells
-  (cd "$work/download" && "${apt[@]}" source --download-only qtbase-opensource-src) ||
-    { echo "Debian's sources could not be fetched. Is there a network?"; return 2; }
-  dpkg-source --no-check -x "$work"/download/qtbase-opensource-src_"$version"+*.dsc "$work/source"
+  apt-get "${apt_options[@]}" update || true # some entries may have no sources; the next step tells
+  if ! (cd "$work/download" && apt-get "${apt_options[@]}" source --download-only "$package"); then
+    if [ -n "$(find "$work/lists" -name '*_Sources*')" ] &&
+      ! apt-cache "${apt_options[@]}" showsrc "$package" | grep -q .; then
+      echo "dev: this system's sources have no $package. Those of Debian 12 and 13 have it."
+    else
+      echo "dev: Debian's sources could not be fetched. Is there a network?"
+    fi
+    return 1
+  fi
+  dpkg-source --no-check -x "$work"/download/*.dsc "$work/source"
 }
 
 build() {
@@ -87,7 +95,7 @@ build() {
   make qmake_all
   make -C src sub-corelib
   make -C src/corelib install "INSTALL_ROOT=$work/stage"
-  cp -a "$work"/source/LICENSE* "$work/stage/qtcore/"
+  cp -a "$work"/source/LICENSE* "$work/source/debian/copyright" "$work/stage/qtcore/"
   basename "$work"/download/*.dsc >"$work/stage/qtcore/SOURCE"
 }
 
@@ -119,6 +127,8 @@ work=$(mktemp -d "$cache/qtcore.partial.XXXXXX")
 } >&2
 files_of "$work/stage/qtcore" >"$work/FILES"
 mv "$work/FILES" "$work/stage/qtcore/"
+version=$(basename "$work"/download/*.dsc | sed 's/.*_\([0-9.]*\).*/\1/')
+folder=$cache/qtcore-$version-$key
 rm -rf "$folder"
 mv -T "$work/stage/qtcore" "$folder"
 rm -rf "$work"
