@@ -23,6 +23,21 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 stage=$work/$name
 
+# version_of PACKAGE: the version of the installed Debian package, without Debian's own part.
+version_of() {
+  dpkg-query -W -f '${source:Upstream-Version}' "$1"
+}
+
+# filled FILE: prints the file with the facts of this package in place of the names between "@".
+filled() {
+  local -r source=$(cat "$qtcore/SOURCE")
+  local qtcore_version=${source#*_}
+  local -r system=$(. /etc/os-release && echo "$PRETTY_NAME") # shellcheck disable=SC1091
+  sed "s/@VERSION@/$version/; s/@DATE@/$date/; s/@NAME@/$name/; s/@SYSTEM@/$system/; s/@SOURCE@/$source/
+    s/@QTCORE@/${qtcore_version%%+*}/; s/@GCC@/$(version_of gcc-mingw-w64-base)/
+    s/@MINGW@/$(version_of mingw-w64-x86-64-dev)/" "$1"
+}
+
 # dos [FILE...]: prints the files, or its input, with CR LF at the end of each line.
 dos() {
   sed 's/\r\?$/\r/' "$@"
@@ -31,14 +46,14 @@ dos() {
 mkdir -p "$stage/job" "$stage/licences" "$stage/relink"
 "$toolchain/bin/ucrt64-strip" -p -o "$stage/kxDeleteOldFiles.exe" "$program"
 python3 package/manual_page.py docs/manual.md package/manual.css "$version" | dos >"$stage/manual.html"
-sed "s/@VERSION@/$version/; s/@DATE@/$date/; s/@NAME@/$name/" package/README.txt | dos >"$stage/README.txt"
+filled package/README.txt | dos >"$stage/README.txt"
 cmark-gfm --to plaintext --width 80 CHANGELOG.md | dos >"$stage/CHANGES.txt"
 dos job/clean_old_files.cmd >"$stage/job/clean_old_files.cmd"
 cp job/clean_old_files.xml "$stage/job/" # UTF-16 with CR LF already
-sed "s/@SOURCE@/$(cat "$qtcore/SOURCE")/" cmake/notices.txt | dos >"$stage/licences/notices.txt"
+filled cmake/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
-dos /usr/share/doc/qtbase5-dev/copyright >"$stage/licences/qtcore-copyright.txt"
+dos "$qtcore/copyright" >"$stage/licences/qtcore-copyright.txt"
 dos /usr/share/doc/gcc-mingw-w64-base/copyright >"$stage/licences/gcc-copyright.txt"
 dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-copyright.txt"
 
