@@ -23,19 +23,20 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 stage=$work/$name
 
-# version_of PACKAGE: the version of the installed Debian package, without Debian's own part.
-version_of() {
-  dpkg-query -W -f '${source:Upstream-Version}' "$1"
+# upstream VERSION: a Debian package's version without Debian's own part.
+upstream() {
+  echo "${1%%[-+]*}"
 }
 
 # filled FILE: prints the file with the facts of this package in place of the names between "@".
 filled() {
-  local -r source=$(cat "$qtcore/SOURCE")
-  local qtcore_version=${source#*_}
-  local -r system=$(. /etc/os-release && echo "$PRETTY_NAME") # shellcheck disable=SC1091
-  sed "s/@VERSION@/$version/; s/@DATE@/$date/; s/@NAME@/$name/; s/@SYSTEM@/$system/; s/@SOURCE@/$source/
-    s/@QTCORE@/${qtcore_version%%+*}/; s/@GCC@/$(version_of gcc-mingw-w64-base)/
-    s/@MINGW@/$(version_of mingw-w64-x86-64-dev)/" "$1"
+  local source system gcc mingw
+  source=$(cat "$qtcore/SOURCE")
+  system=$(sed -n 's/^PRETTY_NAME="\(.*\)"/\1/p' /etc/os-release)
+  gcc=$(dpkg-query -W -f '${Version}' gcc-mingw-w64-base)
+  mingw=$(dpkg-query -W -f '${Version}' mingw-w64-x86-64-dev)
+  sed "s|@VERSION@|$version|; s|@DATE@|$date|; s|@NAME@|$name|; s|@SYSTEM@|$system|; s|@SOURCE@|$source|
+    s|@QTCORE@|$(upstream "${source#*_}")|; s|@GCC@|$(upstream "$gcc")|; s|@MINGW@|$(upstream "$mingw")|" "$1"
 }
 
 # dos [FILE...]: prints the files, or its input, with CR LF at the end of each line.

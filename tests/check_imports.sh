@@ -23,4 +23,5 @@ holds "later it loads only the DLLs that cmake/qtcore.sh names" test -z "$(grep 
 holds "it names Windows 10" grep 'MajorOSystemVersion 10 .*MajorSubsystemVersion 10 ' <<<"$header"
 holds "its memory is protected, and it knows terminal servers" grep ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE ' <<<"$header"
 holds "it has the version as numbers" grep -aP '\xbd\x04\xef\xfe\x00{2}\x01\x00\x04\x00\x08\x00{3}\x02\x00' "$1"
-holds "it is at most 2.5 MB when stripped" test "$(stat -c %s "$stripped")" -le 2500000
+# Debian 12's compiler makes 2,476,032 bytes, that of 13 makes 2,511,872.
+holds "it is not much larger than usual when stripped" test "$(stat -c %s "$stripped")" -le 2550000
