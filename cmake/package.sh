@@ -65,7 +65,7 @@ cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_opt
   cmake/{toolchain,qtcore,relink}.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
 cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
-if grep -rlF -e "$PWD" -e "$qtcore" "$stage"; then
+if LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage"; then
   echo "These files tell where they were made."
   exit 1
 fi
