@@ -8,7 +8,9 @@
 
 namespace fs = std::filesystem;
 
-static bool sweep(const fs::path &folder, fs::file_time_type limit)
+namespace {
+
+bool sweep(const fs::path &folder, fs::file_time_type limit)
 {
     bool isEmpty = true;
     for (const fs::directory_entry &entry : fs::directory_iterator(folder)) {
@@ -23,6 +25,8 @@ static bool sweep(const fs::path &folder, fs::file_time_type limit)
     }
     return isEmpty;
 }
+
+} // namespace
 
 int main(int argc, char **argv)
 {
