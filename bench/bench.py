@@ -1,6 +1,7 @@
 """Measures the tool against the bare Windows calls; writes tables and a picture.
 
-Called by ./dev bench, in the environment of the sealed Wine prefix.
+Called by ./dev bench, in the environment of the sealed Wine prefix. Each section returns its part of the
+report and its rows of the table of bars.
 """
 
 import argparse
@@ -13,11 +14,15 @@ import subprocess
 import sys
 import tempfile
 import time
+from collections.abc import Callable, Iterable
 from math import log
+from typing import Any
 
 import measure
 import picture
 import trees
+from measure import Cost
+from trees import Tree
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 REPORT = os.path.join(ROOT, "build", "bench.md")
@@ -38,156 +43,165 @@ COMMANDS = {
 COMPARED = ("tool", "floor", "floor, no reset", "rival")
 FILES = {"none": 50_000, "half": 5_000, "all": 5_000}
 GROWTH_FILES = (1_000, 10_000, 100_000)
-GROWTH_ROUNDS = {"flat": 3, "wide": 3, "deep": 1, "mixed": 1}
+GROWTH_ROUNDS = 3
 MEMORY_FILES = 100_000
 CALLS_FILES = 2_000
 START_ROUNDS = 21
+
+Costs = dict[str, list[Cost]]  # of each program, one a round
+Row = list[str]
+Section = tuple[str, list[Row]]
+EMPTY_TREE = trees.generate("flat", 0, "none")
 
 
 class Bench:
     """Runs the programs on trees that it makes in one folder, and checks what they leave."""
 
-    def __init__(self, folder, rounds):
+    def __init__(self, folder: str, rounds: int, meter: measure.Meter) -> None:
         self.root = os.path.join(folder, "tree")
         self.rounds = rounds
-        self.empty_tree = trees.generate("flat", 0, "none")
+        self.meter = meter
 
-    def lay_out(self, tree):
+    def measured(self, how: Callable[[list[str]], Any], name: str, tree: Tree) -> Any:
+        """Makes the tree, returns what `how` measures of the program, and checks what is left."""
         shutil.rmtree(self.root, ignore_errors=True)
         trees.create(tree, self.root, time.time())
-
-    def check(self, name, tree):
+        result = how(COMMANDS[name])
         if trees.paths_below(self.root) != tree.left():
             raise SystemExit(f"bench: {name} left a wrong tree behind")
+        return result
 
-    def run(self, name, tree):
-        self.lay_out(tree)
-        cost, output = measure.run(COMMANDS[name])
-        self.check(name, tree)
+    def run(self, name: str, tree: Tree) -> Cost:
+        cost, output = self.measured(self.meter.run, name, tree)
         if name == "tool" and f"  {tree.old_count()} files deleted" not in output:
             raise SystemExit(f"bench: the tool reports another number of files:\n{output}")
         return cost
 
-    def peak(self, name, tree):
-        self.lay_out(tree)
-        peak = measure.peak_memory(COMMANDS[name])
-        self.check(name, tree)
-        return peak
+    def peak(self, name: str, tree: Tree) -> int:
+        return self.measured(self.meter.peak_memory, name, tree)
 
-    def in_turn(self, names, tree, rounds=None):
-        """Returns a list of costs for each program. The programs take turns: A B C A B C ..."""
-        costs = {name: [] for name in names}
-        for _ in range(rounds or self.rounds):
+    def calls(self, name: str, tree: Tree) -> int:
+        return self.measured(self.meter.system_calls, name, tree)
+
+    def in_turn(self, names: Iterable[str], tree: Tree, rounds: int) -> Costs:
+        """Returns the costs of each program. The programs take turns: A B C A B C ..."""
+        costs: Costs = {name: [] for name in names}
+        for _ in range(rounds):
             for name in names:
                 costs[name].append(self.run(name, tree))
         return costs
 
-    def calls(self, name, tree):
-        self.lay_out(tree)
-        calls = measure.system_calls(COMMANDS[name])
-        self.check(name, tree)
-        return calls
 
-
-def median_of(costs, field):
+def median_of(costs: list[Cost], field: str) -> float:
     return statistics.median(getattr(cost, field) for cost in costs)
 
 
-def median_ratio(costs, base, field):
+def median_ratio(costs: list[Cost], base: list[Cost], field: str = "cpu") -> float:
     """The median of the ratios of each round."""
     return statistics.median(
         getattr(cost, field) / getattr(other, field) for cost, other in zip(costs, base))
 
 
-def table(heads, rows):
+def table(heads: Row, rows: list[Row]) -> str:
     lines = [heads, [":--" if column == 0 else "--:" for column in range(len(heads))], *rows]
-    return "".join(f"| {' | '.join(map(str, line))} |\n" for line in lines) + "\n"
+    return "".join(f"| {' | '.join(line)} |\n" for line in lines) + "\n"
 
 
-def say(text):
+def bar(what: str, limit: float, values: Iterable[float], form: str = "{:.2f}") -> Row:
+    """A row of the table of bars: what, the bar, and the range of the measured values."""
+    low, high = min(values := list(values)), max(values)
+    shown = form.format(high)
+    if form.format(low) != shown:
+        shown = f"{form.format(low)} to {shown}"
+    return [what, form.format(limit), shown if high <= limit else f"**{shown}, missed**"]
+
+
+def say(text: str) -> None:
     print(text, flush=True)
 
 
-def time_section(bench):
+def time_section(bench: Bench, drawing: picture.Drawing) -> Section:
     rows = []
+    floor: dict[bool, list[float]] = {False: [], True: []}  # by whether a file is old
+    rival: dict[bool, list[float]] = {False: [], True: []}
     for shape in trees.SHAPES:
         for share, count in FILES.items():
-            costs = bench.in_turn(COMPARED, trees.generate(shape, count, share))
-            ratios = [f"{median_ratio(costs[name], costs[base], field):.2f}" for name, base, field in (
-                ("tool", "floor", "wall"), ("tool", "floor", "cpu"), ("rival", "floor", "cpu"),
-                ("floor, no reset", "floor", "cpu"), ("tool", "rival", "cpu"))]
-            rate = f"{count / median_of(costs['tool'], 'wall'):,.0f}"
-            rows.append([shape, share, f"{count:,}", *ratios, rate])
-            say(f"  {shape}, {share} old: {ratios[1]} of the floor, {ratios[4]} of the rival")
-    return ("Time as a multiple of the floor's; \"tool to rival\" as a multiple of the rival's:\n\n"
-            + table(["shape", "old", "files", "tool, wall", "tool, processor", "rival, processor",
-                     "floor without reset, processor", "tool to rival, processor",
-                     "tool, files/s"], rows))
+            costs = bench.in_turn(COMPARED, trees.generate(shape, count, share), bench.rounds)
+            ratios = [median_ratio(costs[name], costs[base]) for name, base in (
+                ("tool", "floor"), ("rival", "floor"), ("floor, no reset", "floor"), ("tool", "rival"))]
+            floor[share != "none"].append(ratios[0])
+            rival[share != "none"].append(ratios[3])
+            drawing[share][shape] = {"tool": ratios[0], "rival": ratios[1]}
+            rows.append([shape, share, f"{count:,}", *(f"{ratio:.2f}" for ratio in ratios)])
+            say(f"  {shape}, {share} old: {ratios[0]:.2f} of the floor, {ratios[3]:.2f} of the rival")
+    return ("Processor time as a multiple of the floor's; \"tool to rival\" as a multiple of the rival's:\n\n"
+            + table(["shape", "old", "files", "tool", "rival", "floor without reset", "tool to rival"], rows),
+            [bar("processor time against the floor, half or all old", 1.15, floor[True]),
+             bar("processor time against the floor, none old", 1.30, floor[False]),
+             bar("processor time against the rival, none old", 1, rival[False]),
+             bar("processor time against the rival, half or all old", 1, rival[True])])
 
 
-def growth_section(bench):
-    rows = []
-    for shape, rounds in GROWTH_ROUNDS.items():
-        names = ("tool", "floor")
-        start = bench.in_turn(names, bench.empty_tree)
-        times = {name: [] for name in names}
-        for count in GROWTH_FILES:
-            costs = bench.in_turn(names, trees.generate(shape, count, "half"), rounds)
-            for name in names:
-                spent = median_of(costs[name], "cpu") - median_of(start[name], "cpu")
-                times[name].append(spent)
+def growth_section(bench: Bench, _: picture.Drawing) -> Section:
+    rows, slopes = [], []
+    names = ("tool", "floor")
+    start = bench.in_turn(names, EMPTY_TREE, GROWTH_ROUNDS)
+    for shape in ("flat", "wide"):
+        trials = [bench.in_turn(names, trees.generate(shape, count, "half"), GROWTH_ROUNDS)
+                  for count in GROWTH_FILES]
         for name in names:
+            spent = [median_of(costs[name], "cpu") - median_of(start[name], "cpu") for costs in trials]
             # The slope of a straight line through the points on logarithmic axes.
             slope = statistics.linear_regression(
-                [log(count) for count in GROWTH_FILES], [log(spent) for spent in times[name]]).slope
-            rows.append([shape, name, *(f"{spent:.3f} s" for spent in times[name]), f"{slope:.3f}"])
+                [log(count) for count in GROWTH_FILES], [log(seconds) for seconds in spent]).slope
+            slopes += [slope] if name == "tool" else []
+            rows.append([shape, name, *(f"{seconds:.3f} s" for seconds in spent), f"{slope:.3f}"])
             say(f"  {shape}, {name}: exponent {slope:.3f}")
-    return "Growth: processor time without the start, half of the files old:\n\n" + table(
-        ["shape", "program", *(f"{count:,} files" for count in GROWTH_FILES), "exponent"], rows)
+    return ("Growth: processor time without the start, half of the files old:\n\n" + table(
+        ["shape", "program", *(f"{count:,} files" for count in GROWTH_FILES), "exponent"], rows),
+        [bar("exponent of growth, flat and wide", 1.05, slopes)])
 
 
-def memory_section(bench):
-    empty = bench.peak("empty", bench.empty_tree)
-    rows = []
-    for shape in trees.SHAPES:
-        tree = trees.generate(shape, MEMORY_FILES, "none")
-        for name in ("tool", "tool -v", "floor"):
-            peak = bench.peak(name, tree) - empty
-            rows.append([shape, name, f"{peak / 2**20:.1f} MiB", f"{peak / MEMORY_FILES:.0f}"])
-            say(f"  {shape}, {name}: {peak / MEMORY_FILES:.0f} bytes per file")
-    return (f"Peak memory minus that of the empty program; {MEMORY_FILES:,} files with names of 12 "
-            "characters, none of them old:\n\n"
-            + table(["shape", "program", "peak", "bytes per file"], rows))
+def memory_section(bench: Bench, _: picture.Drawing) -> Section:
+    empty = bench.peak("empty", EMPTY_TREE)
+    tree = trees.generate("flat", MEMORY_FILES, "none")
+    per_file = {name: (bench.peak(name, tree) - empty) / MEMORY_FILES
+                for name in ("tool", "tool -v", "floor")}
+    text = ", ".join(f"{name}: {number:.0f}" for name, number in per_file.items())
+    say(f"  bytes per file: {text}")
+    return (f"Peak memory minus that of the empty program, in bytes per file, for {MEMORY_FILES:,} files in "
+            f"one folder with names of 12 characters, none of them old: {text}.\n\n",
+            [bar("bytes per file, flat", 250, [per_file["tool"]], "{:.0f}")])
 
 
-def calls_section(bench):
-    rows = []
+def calls_section(bench: Bench, _: picture.Drawing) -> Section:
+    rows, ratios = [], []
     for shape in trees.SHAPES:
         tree = trees.generate(shape, CALLS_FILES, "half")
-        per_file = {
-            name: (bench.calls(name, tree) - bench.calls(name, bench.empty_tree)) / CALLS_FILES
-            for name in ("tool", "floor")}
-        ratio = f"{per_file['tool'] / per_file['floor']:.3f}"
-        rows.append([shape, f"{per_file['tool']:.1f}", f"{per_file['floor']:.1f}", ratio])
-        say(f"  {shape}: {ratio} of the floor's")
+        tool, floor = ((bench.calls(name, tree) - bench.calls(name, EMPTY_TREE)) / CALLS_FILES
+                       for name in ("tool", "floor"))
+        ratios.append(tool / floor)
+        rows.append([shape, f"{tool:.1f}", f"{floor:.1f}", f"{tool / floor:.3f}"])
+        say(f"  {shape}: {tool / floor:.3f} of the floor's")
     return ("System calls per file, of the program and the Wine server together, without those of a "
             f"run on an empty folder; {CALLS_FILES:,} files, half of them old:\n\n"
-            + table(["shape", "tool", "floor", "ratio"], rows))
+            + table(["shape", "tool", "floor", "ratio"], rows),
+            [bar("system calls per file against the floor", 1.02, ratios, "{:.3f}")])
 
 
-def start_section():
-    costs = {"tool": [], "empty": []}
-    for _ in range(START_ROUNDS):
-        costs["tool"].append(measure.run([TOOL], expected_exit=255)[0])
-        costs["empty"].append(measure.run(COMMANDS["empty"])[0])
+def start_section(bench: Bench, _: picture.Drawing) -> Section:
+    costs: Costs = {"tool": [], "empty": []}
+    for _round in range(START_ROUNDS):
+        costs["tool"].append(bench.meter.run([TOOL], expected_exit=255)[0])
+        costs["empty"].append(bench.meter.run(COMMANDS["empty"])[0])
     ratio = median_ratio(costs["tool"], costs["empty"], "wall")
     say(f"  {ratio:.2f} of the empty program")
     tool, empty = (1000 * median_of(costs[name], "wall") for name in ("tool", "empty"))
-    return (f"Start, with banner and usage text: {tool:.0f} ms. The empty program: {empty:.0f} ms. "
-            f"Ratio: {ratio:.2f}.\n\n")
+    return (f"Start, with banner and usage text: {tool:.0f} ms. The empty program: {empty:.0f} ms.\n\n",
+            [bar("start to banner against an empty program", 2, [ratio])])
 
 
-def size_section():
+def size_section(_bench: Bench, _: picture.Drawing) -> Section:
     program = os.path.join(ROOT, "build", "kxDeleteOldFiles.exe")
     with tempfile.TemporaryDirectory() as folder:
         stripped = os.path.join(folder, "stripped.exe")
@@ -195,57 +209,16 @@ def size_section():
                        check=True)
         size = os.path.getsize(stripped)
     say(f"  {size:,} bytes")
-    return f"Size of the stripped program: {size:,} bytes.\n\n"
+    return "", [bar("stripped program", 2_500_000, [size], "{:,} bytes")]
 
 
-def million_section(bench):
+def million_section(bench: Bench, _: picture.Drawing) -> Section:
     tree = trees.generate("wide", 1_000_000, "half", per_folder=1_000)
     wall = bench.run("tool", tree).wall
     peak = bench.peak("tool", tree) / 2**20
-    text = (f"One million files in 1,000 folders, half of them old: {wall:.0f} s, peak memory "
-            f"{peak:.0f} MiB, the right tree left.\n\n")
+    text = f"One million files in 1,000 folders, half of them old: {wall:.0f} s, the right tree left.\n\n"
     say("  " + text.strip())
-    return text
-
-
-def machine():
-    wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True)
-    return (f"{os.cpu_count()} cores, Linux {platform.release().split('-')[0]}, "
-            f"{wine.stdout.strip()}")
-
-
-def write(path, text):
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(text)
-    say(f"written: {os.path.relpath(path, ROOT)}")
-
-
-def draw(report, path):
-    if picture.draw(report, path):
-        say(f"written: {os.path.relpath(path, ROOT)}")
-    else:
-        say("no picture: there is no table of times")
-
-
-def split_page():
-    """The page's text before the measured part, the measured part, and the text after it."""
-    with open(PAGE, encoding="utf-8") as page:
-        before, rest = page.read().split(BEGIN)
-    return before, *rest.split(END)
-
-
-def write_report(report, to_page):
-    write(REPORT, report)
-    draw(report, REPORT.replace(".md", ".svg"))
-    if to_page:
-        before, _, after = split_page()
-        write(PAGE, before + BEGIN + report + END + after)
-        draw(report, PAGE.replace(".md", ".svg"))
-
-
-def pin_to_one_core():
-    """Saves the programs and the server from waiting for each other's core to wake up."""
-    os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
+    return text, [bar("peak memory for one million files in 1,000 folders", 250, [peak], "{:.0f} MiB")]
 
 
 SECTIONS = {
@@ -253,13 +226,36 @@ SECTIONS = {
     "growth": growth_section,
     "memory": memory_section,
     "calls": calls_section,
-    "start": lambda _: start_section(),
-    "size": lambda _: size_section(),
+    "start": start_section,
+    "size": size_section,
     "million": million_section,
 }
 
 
-def read_options():
+def machine() -> str:
+    wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True)
+    return (f"{platform.freedesktop_os_release()['PRETTY_NAME']}, {os.cpu_count()} cores, "
+            f"Linux {platform.release().split('-')[0]}, {wine.stdout.strip()}")
+
+
+def write(path: str, text: str) -> None:
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(text)
+    say(f"written: {os.path.relpath(path, ROOT)}")
+
+
+def write_report(report: str, drawing: picture.Drawing, to_page: bool) -> None:
+    write(REPORT, report)
+    if drawing["none"]:
+        picture.draw(drawing, REPORT.replace(".md", ".svg"))
+    if to_page:
+        with open(PAGE, encoding="utf-8") as page:
+            before, rest = page.read().split(BEGIN)
+        write(PAGE, before + BEGIN + report + END + rest.split(END)[1])
+        picture.draw(drawing, PAGE.replace(".md", ".svg"))
+
+
+def read_options() -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="./dev bench",
         description="Measures the tool and writes tables and a picture: build/bench.md and build/bench.svg.",
@@ -271,42 +267,42 @@ def read_options():
     parser.add_argument("--only", choices=SECTIONS, help="measure only this")
     parser.add_argument("--write", action="store_true",
                         help="also put tables and picture into docs/performance.md and .svg")
-    parser.add_argument("--redraw", action="store_true",
-                        help="only draw docs/performance.svg from the table in docs/performance.md")
     options = parser.parse_args()
     if options.write and options.only:
         parser.error("--write needs all sections")
     return options
 
 
-def measure_sections(options):
+def measure_sections(options: argparse.Namespace, drawing: picture.Drawing) -> str:
     names = [name for name in SECTIONS if name != "million" or options.million]
-    sections = []
+    texts: list[str] = []
+    bars: list[Row] = []
     link = os.path.join(ROOT, "build", "scratch", "bench")
-    with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
+    with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder, measure.meter() as meter:
         if os.path.islink(link):
             os.unlink(link)
         os.symlink(folder, link)
-        os.chdir(os.path.join(ROOT, "build", "logs"))
-        bench = Bench(folder, options.rounds)
+        bench = Bench(folder, options.rounds, meter)
         for name in [options.only] if options.only else names:
             say(f"== {name}")
-            sections.append(SECTIONS[name](bench))
+            text, rows = SECTIONS[name](bench, drawing)
+            texts.append(text)
+            bars += rows
         os.unlink(link)
-    return "".join(sections)
+    return table(["what", "bar", "measured"], bars) + "".join(texts)
 
 
-def main():
+def main() -> None:
     options = read_options()
-    if options.redraw:
-        draw(split_page()[1], PAGE.replace(".md", ".svg"))
-        return
-    pin_to_one_core()
+    # On one core, the programs and the server do not wait for each other's core to wake up.
+    os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
+    os.chdir(os.path.join(ROOT, "build", "logs"))
     command = shlex.join(["./dev", "bench", *sys.argv[1:]])
-    sections = measure_sections(options)
+    drawing: picture.Drawing = {share: {} for share in FILES}
+    sections = measure_sections(options, drawing)
     head = (f"Measured with `{command}` in {options.rounds} rounds on {machine()}, "
             f"{time.strftime('%Y-%m-%d')}.\n\n")
-    write_report(head + sections, options.write)
+    write_report(head + sections, drawing, options.write)
 
 
 if __name__ == "__main__":

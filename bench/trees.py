@@ -30,9 +30,6 @@ class Tree:
                 folder = os.path.dirname(folder)
         return kept
 
-    def all_paths(self):
-        return set(self.folders) | {path for path, _, _ in self.files}
-
     def old_count(self):
         return sum(old for _, _, old in self.files)
 
