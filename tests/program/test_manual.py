@@ -10,9 +10,18 @@ from conftest import C, ROOT, TOOL, X, make, run
 
 TEXT = (ROOT / "docs/manual.md").read_text()
 SAMPLES = re.findall(r"^```console\n((?:.*\n)*?)```$", TEXT, re.MULTILINE)
-MISTAKES = re.findall(rf"^\| `({TOOL} .*)` \| `(.*)` \|$", TEXT, re.MULTILINE)
 FOLDERS = Path(__file__).with_name("manual_folders.txt")  # days of age, KiB, path on drive C:
-STAR = r"^\| `(\S*\*\S*)`(?:, started in `(.*)`)? \| (none|`.*?`)(?: \(.*)? \|$"
+
+
+def rows(heading: str, pattern: str) -> list[tuple[str, ...]]:
+    """What a pattern finds in the table of a section. Each row must fit, but titles in bold."""
+    section = TEXT.split(f"# {heading}\n")[1].split("\n## ")[0]
+    table = re.findall(r"^\| [^*].*", section, re.MULTILINE)
+    return [re.fullmatch(pattern, row).groups("") for row in table[1:]]
+
+
+MISTAKES = rows("Mistakes on the command line", r"\| `(.*)` \| `(.*)` \|")
+STAR = r"\| `([^`]*)`(?:, started in `(.*)`)? \| (none|`.*?`)(?: \(.*)? \|"
 
 
 @pytest.fixture(autouse=True)
@@ -44,7 +53,7 @@ def test_a_sample_shows_what_its_commands_print(sample: str) -> None:
     assert sample == "".join(f"> {command}\n{printed(command)}\n" for command in commands)
 
 
-@pytest.mark.parametrize("directory, current, folders", re.findall(STAR, TEXT, re.MULTILINE))
+@pytest.mark.parametrize("directory, current, folders", rows("Folders with a star", STAR))
 def test_a_star_runs_its_folders(directory: str, current: str, folders: str) -> None:
     found = re.findall(r"in folder '(.*)', File", printed(f"{TOOL} -do 14 {directory}", current))
     assert folders == (", ".join(f"`{folder}`" for folder in found) or "none")
