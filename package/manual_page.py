@@ -42,9 +42,10 @@ def check_links(body):
 
 
 def contents(body):
-    """The list of the sections."""
-    sections = re.findall(r'<h2 id="(.*?)">(.*?)</h2>', body)
-    lines = [f'<li><a href="#{name}">{heading}</a></li>\n' for name, heading in sections]
+    """The list of the sections and their subsections."""
+    sections = re.findall(r'<(h[23]) id="(.*?)">(.*?)</h', body)
+    lines = [f'<li class="{kind}"><a href="#{name}">{heading}</a></li>\n'
+             for kind, name, heading in sections]
     return f'<nav aria-label="Contents">\n<ul>\n{"".join(lines)}</ul>\n</nav>\n'
 
 
@@ -69,7 +70,7 @@ def main():
 {sheet.read()}</style>
 </head>
 <body>
-{title}</h1>
+{title} {version}</h1>
 {contents(body)}{rest}</body>
 </html>""")
 
