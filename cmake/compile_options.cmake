@@ -1,10 +1,9 @@
-# The compiler and linker options of all our targets.
+# The compiler and linker options of all our targets. The presets make every warning an error.
 add_library(kx_options INTERFACE)
 target_compile_options(kx_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wold-style-cast
   -Wundef -Wmissing-declarations -Wnull-dereference -Wzero-as-null-pointer-constant
   $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
-  -Werror
   -ffunction-sections -fdata-sections
   "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.") # makes the same program in any folder
 if(WIN32)
@@ -19,15 +18,3 @@ if(WIN32)
   target_link_options(kx_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp
     -Wl,--subsystem,console:10.0 -Wl,--major-os-version=10 -Wl,--tsaware)
 endif()
-
-# Adds the static library kx_FOLDER. Its headers are included as "folder/header.h". Only the targets
-# that link it find them, so an include that runs upwards does not build.
-function(kx_add_layer folder)
-  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "SOURCES;LINKS")
-  set(include "${CMAKE_BINARY_DIR}/include/${folder}")
-  file(MAKE_DIRECTORY "${include}")
-  file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include}/${folder}" SYMBOLIC)
-  add_library(kx_${folder} STATIC ${layer_SOURCES})
-  target_include_directories(kx_${folder} PUBLIC "${include}")
-  target_link_libraries(kx_${folder} PUBLIC ${layer_LINKS} PRIVATE kx_options)
-endfunction()

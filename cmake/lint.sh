@@ -1,9 +1,6 @@
 #!/usr/bin/env bash
 # Checks the sources without running them: layout, shell scripts, Python, cppcheck, clang-tidy.
-#
-# usage: lint.sh WINDOWS-BUILD SANITIZE-BUILD
-#
-# The folders are those of the two builds; clang-tidy takes their compile commands.
+# clang-tidy takes the compile commands of the builds "windows" and "sanitize".
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -46,6 +43,6 @@ cross=(--target=x86_64-w64-windows-gnu -Wno-unknown-warning-option)
 for folder in "${gcc%/*}"/include/c++{,/x86_64-w64-mingw32} /usr/x86_64-w64-mingw32/include; do
   cross+=("-isystem$folder")
 done
-tidy "$1" "${cross[@]/#/--extra-arg=}"
+tidy build/windows "${cross[@]/#/--extra-arg=}"
 list_files 'tests/*fuzz*.cpp'
-tidy "$2"
+tidy build/sanitize

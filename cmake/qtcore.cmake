@@ -13,6 +13,7 @@ if(WIN32)
   # The libraries that QtCore calls. The linker takes a function from the first library that has it,
   # so libdelayed.a, whose DLLs are not loaded at the start of the program, comes first.
   target_link_libraries(QtCore INTERFACE "${KX_QTCORE}/lib/libdelayed.a" delayimp uuid kernel32)
+  target_compile_definitions(QtCore INTERFACE $<$<NOT:$<CONFIG:Debug>>:QT_NO_DEBUG>) # no assertions
   # QtCore's headers put their paths into messages. This keeps the program the same in any folder.
   target_compile_options(QtCore INTERFACE "-ffile-prefix-map=${KX_QTCORE}=qtcore")
 else()

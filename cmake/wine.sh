@@ -14,14 +14,14 @@
 # removed.
 #
 # The first run makes the prefix. The Wine server stays for a minute after the last program, so that
-# the next one starts at once; --stop ends it. A program is killed after KX_TIMEOUT seconds (600 by
-# default). --with runs a command of this machine that calls wine itself. The command gets the
-# environment of the prefix, and its server is running.
+# the next one starts at once; --stop ends it. --with runs a command of this machine that calls wine
+# itself. The command gets the environment of the prefix, and its server is running.
 set -euo pipefail
 
 # Linux places memory at random. In about one start in 1,250 it takes an address that Wine needs, and the
 # start fails. Where the system does not allow fixed addresses, Wine runs without them.
-if [ -r /proc/self/personality ] && [ $((0x$(</proc/self/personality) & 0x40000)) = 0 ] &&
+readonly ADDR_NO_RANDOMIZE=0x40000
+if [ -r /proc/self/personality ] && [ $((0x$(</proc/self/personality) & ADDR_NO_RANDOMIZE)) = 0 ] &&
   setarch -R true 2>/dev/null; then
   exec setarch -R "${BASH_SOURCE[0]}" "$@"
 fi
@@ -71,57 +71,30 @@ seal() {
   fi
 }
 
-# start SECONDS COMMAND...: runs a part of Wine's start-up. It runs in the background, because Wine
-# ignores Ctrl-C while it starts.
-start() {
-  timeout -k 10 "$@" &
-  wait "$!"
+stop_server() {
+  [ ! -d "$WINEPREFIX" ] || wineserver -k || true # none is running
 }
 
-# Ends what start has started, and this script.
-interrupted() {
-  kill "${!-}" 2>/dev/null || true # it may have started nothing yet
-  wineserver -k || true # none is running
-  exit 130
-}
-
-# Makes the prefix. It is called as a separate process, in which a failing command ends it.
-make_prefix() {
-  if [ -d "$WINEPREFIX" ]; then
-    wineserver -k || true # left by an interrupted run
-  fi
-  rm -rf "$WINEPREFIX"
-  mkdir -p "$WINEPREFIX"
-  start 300 wine wineboot --init
-  start 60 wineserver -w
-  touch "$WINEPREFIX/complete"
-}
-
-trap interrupted INT
 if [ "${1:-}" = --stop ]; then
-  if [ -d "$WINEPREFIX" ]; then
-    wineserver -k || true # none is running
-  fi
-  exit
-fi
-if [ "${1:-}" = --make ]; then
-  make_prefix
+  stop_server
   exit
 fi
 if [ ! -e "$WINEPREFIX/complete" ]; then
-  mkdir -p "$root/build/logs"
-  "${BASH_SOURCE[0]}" "$kind" --make >"$root/build/logs/wine-$kind.log" 2>&1 </dev/null ||
-    { echo "wine.sh: the Wine prefix could not be made; see build/logs/wine-$kind.log" >&2; exit 1; }
+  stop_server # of an interrupted run
+  rm -rf "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX"
+  timeout -k 10 300 wine wineboot --init </dev/null
+  timeout 60 wineserver -w
+  touch "$WINEPREFIX/complete"
 fi
 seal # before Wine's start, which reads the drives
 # The server's first program also starts Wine's services. They must not hold the caller's output open.
 if wineserver -p60 >/dev/null 2>&1; then
-  start 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the caller's program will fail, too
+  timeout -k 10 60 wine cmd /c exit >/dev/null 2>&1 </dev/null || true # the caller's program will fail, too
   seal # again, because a new version of Wine makes its links anew at its first start
 fi
 if [ "$1" = --with ]; then
   shift
   exec "$@"
 fi
-# In the foreground, so that Ctrl-C reaches the program.
-exec timeout --foreground -k 10 "${KX_TIMEOUT:-600}" wine "$@"
+exec wine "$@"

@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # Makes the package: dist/kxDeleteOldFiles-VERSION-win64.zip. The same sources give the same bytes.
 #
-# usage: package.sh BUILD PROGRAM TOOLCHAIN QTCORE DIST
+# usage: package.sh BUILD PROGRAM DIST
 #
-# BUILD is the build folder that the program was linked in. The newest entry of CHANGELOG.md has the
-# date of the release. All files in the package get that date, so a package unpacked soon after the
-# release is not old.
+# BUILD is the build folder that the program was linked in, with the tools and the QtCore that KX_TOOLCHAIN
+# and KX_QTCORE name. The newest entry of CHANGELOG.md has the date of the release. All files in the package
+# get that date, so a package unpacked soon after the release is not old.
 set -euo pipefail
 umask 022
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-build=$1 program=$2 toolchain=$3 qtcore=$4 dist=$5
+build=$1 program=$2 dist=$3 toolchain=$KX_TOOLCHAIN qtcore=$KX_QTCORE
 
-version=$(sed -n 's/^#define KX_VERSION "\(.*\)".*/\1/p' app/version.h)
+version=$(sed -n 's/^project(.* VERSION \([^ ]*\) .*/\1/p' CMakeLists.txt)
 name=kxDeleteOldFiles-$version-win64
 newest=$(grep -m 1 '^## ' CHANGELOG.md || true)
 date=${newest#"## $version, "}
@@ -51,7 +51,7 @@ filled package/README.txt | dos >"$stage/README.txt"
 cmark-gfm --to plaintext --width 80 CHANGELOG.md | dos >"$stage/CHANGES.txt"
 dos job/clean_old_files.cmd >"$stage/job/clean_old_files.cmd"
 cp job/clean_old_files.xml "$stage/job/" # UTF-16 with CR LF already
-filled cmake/notices.txt | dos >"$stage/licences/notices.txt"
+filled package/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"
 dos "$qtcore/LICENSE.GPL3" >"$stage/licences/GPL-3.txt"
 dos "$qtcore/copyright" >"$stage/licences/qtcore-copyright.txt"
@@ -62,7 +62,7 @@ dos /usr/share/doc/mingw-w64-x86-64-dev/copyright >"$stage/licences/mingw-w64-co
 # once and compares the result with the program. The scripts keep LF, because bash does not take CR.
 cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_options" \
   "$build"/{app/libkx_app,install/libkx_install,sweep/libkx_sweep,text/libkx_text}.a \
-  cmake/{toolchain,qtcore,relink}.sh "$stage/relink"
+  cmake/{toolchain,qtcore}.sh package/relink.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
 cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
 if LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage"; then
