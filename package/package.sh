@@ -50,6 +50,7 @@ python3 package/manual_page.py docs/manual.md package/manual.css "$version" | do
 filled package/README.txt | dos >"$stage/README.txt"
 cmark-gfm --to plaintext --width 80 CHANGELOG.md | dos >"$stage/CHANGES.txt"
 dos job/clean_old_files.cmd >"$stage/job/clean_old_files.cmd"
+dos job/try_it.cmd >"$stage/job/try_it.cmd"
 cp job/clean_old_files.xml "$stage/job/" # UTF-16 with CR LF already
 filled package/notices.txt | dos >"$stage/licences/notices.txt"
 dos "$qtcore/LICENSE.LGPL3" >"$stage/licences/LGPL-3.txt"

@@ -1,7 +1,10 @@
-"""The job's command file under Wine's cmd, and its task.
+"""The batch files under Wine's cmd, and the task.
 
 Wine's cmd drops a "%" from the text of a variable, so only the name of a swept file has one."""
 
+import itertools
+import os
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -14,10 +17,15 @@ NAME = r"X:\test\swept\job (x86) & more !now!"
 OLD = "100% of 5% !x!.log"
 LOG = FOLDER / "new logs/clean.log"
 REPORT = FOLDER / "new logs/clean.log.report"
+KILLED = FOLDER / "new logs/clean.log.killed"
+LEFT = ["old hidden.txt", "old long path", "old read-only.txt", "old.txt", r"keep folder\old.txt"]
+COUNT = "Differs: the report does not say that 5 files were deleted."
+PIPES = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE}
+WORKS = "The program works on this machine."
 
 
-def wine(*command: str) -> int:
-    return subprocess.run(["wine", *command], cwd=X, stdin=subprocess.DEVNULL, timeout=60).returncode
+def wine(*command: str, cwd: Path = X) -> int:
+    return subprocess.run(["wine", *command], cwd=cwd, stdin=subprocess.DEVNULL, timeout=60).returncode
 
 
 def run_job(*arguments: str, folder: str = "job") -> int:
@@ -26,11 +34,12 @@ def run_job(*arguments: str, folder: str = "job") -> int:
 
 @pytest.fixture(autouse=True)
 def job(program: Path) -> None:
-    """An installation with the command file in both of its places, and an old file."""
+    """An installation with the batch files in both of their places, and an old file."""
     text = (ROOT / "job/clean_old_files.cmd").read_bytes().decode()
     text = text.replace(rf"%LOCALAPPDATA%\{TOOL}\clean_old_files", rf"{NAME}\new logs\clean")
     text = text.replace("\nset arguments=", f'\nset arguments=-v -do 14 "{NAME}\\old jobs"')
-    make("suite/job/clean.cmd", "suite/bin/win64/clean.cmd", content=text.encode(), folder=FOLDER)
+    for name, content in ("clean", text.encode()), ("try_it", (ROOT / "job/try_it.cmd").read_bytes()):
+        make(f"suite/job/{name}.cmd", f"suite/bin/win64/{name}.cmd", content=content, folder=FOLDER)
     make(f"suite/bin/win64/{TOOL}.exe", content=program.read_bytes(), folder=FOLDER)
     make("suite/sub/cfg_global/x", f"old jobs/{OLD}", folder=FOLDER)
 
@@ -38,8 +47,7 @@ def job(program: Path) -> None:
 def test_logs_its_command_and_the_report() -> None:
     assert run_job() == 0
     assert tree(LOG.parent) == [LOG.name]
-    command = rf'win64\kxDeleteOldFiles.exe" -v -do 14 "{NAME}\old jobs"'
-    assert f"{command}\n.---" in LOG.read_text()
+    assert f'win64\\{TOOL}.exe" -v -do 14 "{NAME}\\old jobs"\n.---' in LOG.read_text()
     assert f"     -del {OLD}\n" in LOG.read_text()
 
 
@@ -50,12 +58,20 @@ def test_ends_with_2_only_when_the_report_of_this_run_has_errors() -> None:
     REPORT.write_text("Errors:")  # of a run that was killed
     assert run_job() == 0
     assert LOG.read_text().count("Errors:") == 1
-    assert LOG.with_suffix(".log.killed").read_text() == "Errors:"
+    assert KILLED.read_text() == "Errors:"
 
 
-def test_takes_arguments_and_ends_with_the_exit_code_of_the_program() -> None:
-    assert run_job("-v") == 255
-    assert run_job("-do", "week", rf"{NAME}\old jobs", folder=r"bin\win64") == 3
+@pytest.mark.parametrize("arguments, code", [
+    (["-v"], 255),
+    (["-do", "week", rf"{NAME}\old jobs"], 3),
+    (["-do", "14", rf"{NAME}\suite\*\cfg_global"], 0),  # "bin" and "job" have no such folder
+    (["-do", "14", rf"{NAME}\suite\z*"], 5),
+    (["-do", "14", rf"{NAME}\odl jobs"], 5),
+    (["", "-do", "14"], 5),
+])
+def test_takes_arguments_and_ends_with_5_when_no_folder_is_swept(arguments: list[str], code: int) -> None:
+    assert run_job(*arguments, folder=r"bin\win64") == code
+    assert tree(FOLDER / "old jobs") == [OLD]
 
 
 def test_ends_with_1_when_there_is_no_program() -> None:
@@ -67,15 +83,59 @@ def test_ends_with_1_when_there_is_no_program() -> None:
 @pytest.mark.parametrize("held", [REPORT, LOG], ids=["by another run", "by a program"])
 def test_ends_with_4_and_deletes_nothing_while_the_log_is_held(held: Path) -> None:
     make(str(held))
+    make(str(KILLED), content=b"of a killed run")
     pause = ["wine", "cmd", "/c", "pause", f"2>>{held.name}"]
-    pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE}
-    with subprocess.Popen(pause, cwd=held.parent, **pipes) as holder:
+    with subprocess.Popen(pause, cwd=held.parent, **PIPES) as holder:
         assert holder.stdout.read(1)
         assert run_job() == 4
     assert tree(FOLDER / "old jobs") == [OLD]
+    assert KILLED.read_text() == "of a killed run"
+    assert {*tree(LOG.parent)} <= {LOG.name, REPORT.name, KILLED.name}
+
+
+def test_ends_with_4_and_runs_nothing_without_localappdata() -> None:
+    arguments = ("-do", "14", r"\test\swept")  # on the current drive, as "%LOCALAPPDATA%\Temp" would be
+    assert wine("cmd", "/c", "set", "LOCALAPPDATA=&&clean.cmd", *arguments, cwd=FOLDER / "suite/job") == 4
+    assert tree(FOLDER / "old jobs") == [OLD]
+
+
+@pytest.mark.parametrize("size, moved", [(9_999_999, 0), (10_000_000, 10_000_000)])
+def test_keeps_a_grown_log_under_another_name(size: int, moved: int) -> None:
+    make(str(LOG), content=bytes(size))
+    make(str(LOG.with_suffix(".log.old")))
+    assert run_job() == 0
+    assert LOG.with_suffix(".log.old").stat().st_size == moved
+    assert 0 < LOG.stat().st_size - (size - moved) < 2000
 
 
 def test_schtasks_takes_the_task() -> None:
     shutil.copy(ROOT / "job/clean_old_files.xml", X)
     assert wine("schtasks", "/create", "/tn", "kx", "/xml", r"X:\clean_old_files.xml") == 0
     assert wine("schtasks", "/delete", "/tn", "kx", "/f") == 0
+
+
+# Wine's PowerShell does nothing. The test makes the files old while the batch file waits for a key.
+@pytest.mark.parametrize("before, old, verdict", [
+    ("cd .", "*old*.txt", [WORKS]),
+    (r"suite\bin\win64\try_it.cmd", "*old*.txt", [WORKS]),  # does not come back
+    ("cd .", "none", [*(f"{name} is left." for name in LEFT), COUNT]),
+    ("cd .", "*.txt", ["keep folder is gone.", "keep.txt is gone.", r"keep folder\keep.txt is gone.", COUNT]),
+    (r"rd /s /q suite\sub", "*old*.txt", ["Differs: the program ended with exit code 1."]),
+    ("set SystemRoot=none", "", ["Differs: PowerShell cannot make files old."]),
+    (r"set TEMP=%SystemRoot%\TEMP\\", "", [r'Differs: users can write to "C:\windows\TEMP".']),
+    ("set TEMP=", "", ["Differs: the variable TEMP is missing."]),
+    (r"del suite\bin\win64\*.exe", "", [r"Differs: there is no program beside this file or in bin\win64."]),
+])
+def test_a_trial_says_what_differs(before: str, old: str, verdict: list[str]) -> None:
+    start = f'@set "TEMP={NAME}"\r\n@{before}\r\n@suite\\job\\try_it.cmd\r\n'
+    make("start.cmd", content=start.encode(), folder=FOLDER)
+    with subprocess.Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", **PIPES) as process:
+        output = "".join(itertools.takewhile(lambda line: "now cleans" not in line, process.stdout))
+        for path in FOLDER.glob(f"kx_try_*/**/{old}"):
+            os.utime(path, (0, 0))
+        output += process.communicate()[0]  # closes the input, which is as good as a key
+    print(output)
+    lines = re.findall(r"^(?:Differs:|The program works).*", output, re.MULTILINE)
+    assert [re.sub(r".*\\swept\\", "", line) for line in lines] == verdict
+    assert process.returncode == (verdict != [WORKS])
+    assert [*FOLDER.glob("kx_try*"), *FOLDER.glob("old jobs/*")] == [FOLDER / "old jobs" / OLD]
