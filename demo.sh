@@ -7,29 +7,29 @@ readonly wine=$PWD/../../cmake/wine.sh
 readonly users=Users temp=AppData/Local/Temp
 readonly arguments=(-do 14 'Y:\Users\m*\AppData\Local\Temp' -v)
 
-# sample_file AGE-IN-DAYS SIZE-IN-KIB PATH
-sample_file() {
-  mkdir -p "$(dirname "$3")"
-  head -c "$(($2 * 1024))" /dev/zero >"$3"
-  touch -d "$1 days ago" "$3"
-}
-
-# Makes a typical users folder.
+# Makes a typical users folder. A row has the age in days, the size in KiB, and the path.
 lay_out_sample() {
   local -r long=$(printf 'a-folder-with-a-long-name-%.0s' 1 2 3) # three of them make over 240 units
   chmod -R u+w "$users" 2>/dev/null || true
   rm -rf "$users"
-  sample_file 30 120 "$users/maria/$temp/render job 0815.log"
-  sample_file 30 8 "$users/maria/$temp/Entwürfe/alt/Übersicht.txt"
-  sample_file 2 16 "$users/maria/$temp/new.txt"
-  sample_file 20 1 "$users/maria/$temp/readonly.ini"
-  sample_file 20 1 "$users/maria/$temp/hidden.ini"
-  sample_file 20 1500 "$users/Max Müller/$temp/cache/a/b/c/old.exr"
-  sample_file 1 4 "$users/Max Müller/$temp/cache/a/keep.exr"
-  sample_file 400 2 "$users/Max Müller/$temp/$long/$long/$long/deep.tmp"
+  local days kib path
+  while read -r days kib path; do
+    mkdir -p "$users/${path%/*}"
+    head -c "$((kib * 1024))" /dev/zero >"$users/$path"
+    touch -d "$days days ago" "$users/$path"
+  done <<END
+30   120 maria/$temp/render job 0815.log
+30     8 maria/$temp/Entwürfe/alt/Übersicht.txt
+2     16 maria/$temp/new.txt
+20     1 maria/$temp/readonly.ini
+20     1 maria/$temp/hidden.ini
+20  1500 Max Müller/$temp/cache/a/b/c/old.exr
+1      4 Max Müller/$temp/cache/a/keep.exr
+400    2 Max Müller/$temp/$long/$long/$long/deep.tmp
+50     3 mia/Documents/old letter.txt
+50     3 anna/$temp/not asked for.tmp
+END
   mkdir -p "$users/Max Müller/$temp/empty/empty too"
-  sample_file 50 3 "$users/mia/Documents/old letter.txt"
-  sample_file 50 3 "$users/anna/$temp/not asked for.tmp"
   chmod a-w "$users/maria/$temp/readonly.ini"
   "$wine" sealed attrib +H 'Y:\Users\maria\AppData\Local\Temp\hidden.ini'
 }

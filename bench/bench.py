@@ -22,7 +22,6 @@ import measure
 import picture
 import trees
 from measure import Cost
-from trees import Tree
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 REPORT = os.path.join(ROOT, "build", "bench.md")
@@ -40,7 +39,6 @@ COMMANDS = {
     "empty": [r"Y:\bench\empty.exe"],
 }
 
-COMPARED = ("tool", "floor", "floor, no reset", "rival")
 FILES = {"none": 50_000, "half": 5_000, "all": 5_000}
 GROWTH_FILES = (1_000, 10_000, 100_000)
 GROWTH_ROUNDS = 3
@@ -48,7 +46,6 @@ MEMORY_FILES = 100_000
 CALLS_FILES = 2_000
 START_ROUNDS = 21
 
-Costs = dict[str, list[Cost]]  # of each program, one a round
 Row = list[str]
 Section = tuple[str, list[Row]]
 EMPTY_TREE = trees.generate("flat", 0, "none")
@@ -57,43 +54,35 @@ EMPTY_TREE = trees.generate("flat", 0, "none")
 class Bench:
     """Runs the programs on trees that it makes in one folder, and checks what they leave."""
 
-    def __init__(self, folder: str, rounds: int, meter: measure.Meter) -> None:
+    def __init__(self, folder: str, rounds: int) -> None:
         self.root = os.path.join(folder, "tree")
         self.rounds = rounds
-        self.meter = meter
+        self.server = measure.start_server()
+        self.drawing: picture.Drawing = {share: {"tool": {}, "rival": {}} for share in FILES}
 
-    def measured(self, how: Callable[[list[str]], Any], name: str, tree: Tree) -> Any:
+    def measured(self, how: Callable[[int, list[str]], Any], name: str, tree: trees.Tree) -> Any:
         """Makes the tree, returns what `how` measures of the program, and checks what is left."""
         shutil.rmtree(self.root, ignore_errors=True)
         trees.create(tree, self.root, time.time())
-        result = how(COMMANDS[name])
+        result = how(self.server, COMMANDS[name])
         if trees.paths_below(self.root) != tree.left():
             raise SystemExit(f"bench: {name} left a wrong tree behind")
         return result
 
-    def run(self, name: str, tree: Tree) -> Cost:
-        cost, output = self.measured(self.meter.run, name, tree)
+    def run(self, name: str, tree: trees.Tree) -> Cost:
+        cost, output = self.measured(measure.run, name, tree)
         if name == "tool" and f"  {tree.old_count()} files deleted" not in output:
             raise SystemExit(f"bench: the tool reports another number of files:\n{output}")
         return cost
 
-    def peak(self, name: str, tree: Tree) -> int:
-        return self.measured(self.meter.peak_memory, name, tree)
-
-    def calls(self, name: str, tree: Tree) -> int:
-        return self.measured(self.meter.system_calls, name, tree)
-
-    def in_turn(self, names: Iterable[str], tree: Tree, rounds: int) -> Costs:
+    def in_turn(self, names: Iterable[str], tree: trees.Tree, rounds: int) -> dict[str, list[Cost]]:
         """Returns the costs of each program. The programs take turns: A B C A B C ..."""
-        costs: Costs = {name: [] for name in names}
-        for _ in range(rounds):
-            for name in names:
-                costs[name].append(self.run(name, tree))
-        return costs
+        turns = [{name: self.run(name, tree) for name in names} for _ in range(rounds)]
+        return {name: [turn[name] for turn in turns] for name in names}
 
 
-def median_of(costs: list[Cost], field: str) -> float:
-    return statistics.median(getattr(cost, field) for cost in costs)
+def median_cpu(costs: list[Cost]) -> float:
+    return statistics.median(cost.cpu for cost in costs)
 
 
 def median_ratio(costs: list[Cost], base: list[Cost], field: str = "cpu") -> float:
@@ -107,42 +96,36 @@ def table(heads: Row, rows: list[Row]) -> str:
     return "".join(f"| {' | '.join(line)} |\n" for line in lines) + "\n"
 
 
-def bar(what: str, limit: float, values: Iterable[float], form: str = "{:.2f}") -> Row:
+def bar(what: str, limit: float, values: list[float], form: str = "{:.2f}") -> Row:
     """A row of the table of bars: what, the bar, and the range of the measured values."""
-    low, high = min(values := list(values)), max(values)
-    shown = form.format(high)
-    if form.format(low) != shown:
-        shown = f"{form.format(low)} to {shown}"
-    return [what, form.format(limit), shown if high <= limit else f"**{shown}, missed**"]
+    low, high = form.format(min(values)), form.format(max(values))
+    shown = high if low == high else f"{low} to {high}"
+    return [what, form.format(limit), shown if max(values) <= limit else f"**{shown}, missed**"]
 
 
-def say(text: str) -> None:
-    print(text, flush=True)
-
-
-def time_section(bench: Bench, drawing: picture.Drawing) -> Section:
+def time_section(bench: Bench) -> Section:
     rows = []
-    floor: dict[bool, list[float]] = {False: [], True: []}  # by whether a file is old
-    rival: dict[bool, list[float]] = {False: [], True: []}
+    to_floor: dict[bool, list[float]] = {False: [], True: []}  # by whether a file is old
+    to_rival: dict[bool, list[float]] = {False: [], True: []}
     for shape in trees.SHAPES:
         for share, count in FILES.items():
-            costs = bench.in_turn(COMPARED, trees.generate(shape, count, share), bench.rounds)
+            costs = bench.in_turn(("tool", "floor", "floor, no reset", "rival"),
+                                  trees.generate(shape, count, share), bench.rounds)
             ratios = [median_ratio(costs[name], costs[base]) for name, base in (
                 ("tool", "floor"), ("rival", "floor"), ("floor, no reset", "floor"), ("tool", "rival"))]
-            floor[share != "none"].append(ratios[0])
-            rival[share != "none"].append(ratios[3])
-            drawing[share][shape] = {"tool": ratios[0], "rival": ratios[1]}
             rows.append([shape, share, f"{count:,}", *(f"{ratio:.2f}" for ratio in ratios)])
-            say(f"  {shape}, {share} old: {ratios[0]:.2f} of the floor, {ratios[3]:.2f} of the rival")
+            to_floor[share != "none"].append(ratios[0])
+            to_rival[share != "none"].append(ratios[3])
+            bench.drawing[share]["tool"][shape], bench.drawing[share]["rival"][shape] = ratios[:2]
     return ("Processor time as a multiple of the floor's; \"tool to rival\" as a multiple of the rival's:\n\n"
             + table(["shape", "old", "files", "tool", "rival", "floor without reset", "tool to rival"], rows),
-            [bar("processor time against the floor, half or all old", 1.15, floor[True]),
-             bar("processor time against the floor, none old", 1.30, floor[False]),
-             bar("processor time against the rival, none old", 1, rival[False]),
-             bar("processor time against the rival, half or all old", 1, rival[True])])
+            [bar("processor time against the floor, half or all old", 1.15, to_floor[True]),
+             bar("processor time against the floor, none old", 1.30, to_floor[False]),
+             bar("processor time against the rival, none old", 1, to_rival[False]),
+             bar("processor time against the rival, half or all old", 1, to_rival[True])])
 
 
-def growth_section(bench: Bench, _: picture.Drawing) -> Section:
+def growth_section(bench: Bench) -> Section:
     rows, slopes = [], []
     names = ("tool", "floor")
     start = bench.in_turn(names, EMPTY_TREE, GROWTH_ROUNDS)
@@ -150,78 +133,68 @@ def growth_section(bench: Bench, _: picture.Drawing) -> Section:
         trials = [bench.in_turn(names, trees.generate(shape, count, "half"), GROWTH_ROUNDS)
                   for count in GROWTH_FILES]
         for name in names:
-            spent = [median_of(costs[name], "cpu") - median_of(start[name], "cpu") for costs in trials]
+            spent = [median_cpu(costs[name]) - median_cpu(start[name]) for costs in trials]
             # The slope of a straight line through the points on logarithmic axes.
             slope = statistics.linear_regression(
                 [log(count) for count in GROWTH_FILES], [log(seconds) for seconds in spent]).slope
             slopes += [slope] if name == "tool" else []
             rows.append([shape, name, *(f"{seconds:.3f} s" for seconds in spent), f"{slope:.3f}"])
-            say(f"  {shape}, {name}: exponent {slope:.3f}")
     return ("Growth: processor time without the start, half of the files old:\n\n" + table(
         ["shape", "program", *(f"{count:,} files" for count in GROWTH_FILES), "exponent"], rows),
         [bar("exponent of growth, flat and wide", 1.05, slopes)])
 
 
-def memory_section(bench: Bench, _: picture.Drawing) -> Section:
-    empty = bench.peak("empty", EMPTY_TREE)
+def memory_section(bench: Bench) -> Section:
+    empty = bench.measured(measure.peak_memory, "empty", EMPTY_TREE)
     tree = trees.generate("flat", MEMORY_FILES, "none")
-    per_file = {name: (bench.peak(name, tree) - empty) / MEMORY_FILES
+    per_file = {name: (bench.measured(measure.peak_memory, name, tree) - empty) / MEMORY_FILES
                 for name in ("tool", "tool -v", "floor")}
-    text = ", ".join(f"{name}: {number:.0f}" for name, number in per_file.items())
-    say(f"  bytes per file: {text}")
+    text = ", ".join(f"{name} {number:.0f}" for name, number in per_file.items())
     return (f"Peak memory minus that of the empty program, in bytes per file, for {MEMORY_FILES:,} files in "
             f"one folder with names of 12 characters, none of them old: {text}.\n\n",
             [bar("bytes per file, flat", 250, [per_file["tool"]], "{:.0f}")])
 
 
-def calls_section(bench: Bench, _: picture.Drawing) -> Section:
+def calls_section(bench: Bench) -> Section:
     rows, ratios = [], []
     for shape in trees.SHAPES:
         tree = trees.generate(shape, CALLS_FILES, "half")
-        tool, floor = ((bench.calls(name, tree) - bench.calls(name, EMPTY_TREE)) / CALLS_FILES
+        tool, floor = ((bench.measured(measure.system_calls, name, tree)
+                        - bench.measured(measure.system_calls, name, EMPTY_TREE)) / CALLS_FILES
                        for name in ("tool", "floor"))
         ratios.append(tool / floor)
         rows.append([shape, f"{tool:.1f}", f"{floor:.1f}", f"{tool / floor:.3f}"])
-        say(f"  {shape}: {tool / floor:.3f} of the floor's")
     return ("System calls per file, of the program and the Wine server together, without those of a "
             f"run on an empty folder; {CALLS_FILES:,} files, half of them old:\n\n"
             + table(["shape", "tool", "floor", "ratio"], rows),
             [bar("system calls per file against the floor", 1.02, ratios, "{:.3f}")])
 
 
-def start_section(bench: Bench, _: picture.Drawing) -> Section:
-    costs: Costs = {"tool": [], "empty": []}
-    for _round in range(START_ROUNDS):
-        costs["tool"].append(bench.meter.run([TOOL], expected_exit=255)[0])
-        costs["empty"].append(bench.meter.run(COMMANDS["empty"])[0])
-    ratio = median_ratio(costs["tool"], costs["empty"], "wall")
-    say(f"  {ratio:.2f} of the empty program")
-    tool, empty = (1000 * median_of(costs[name], "wall") for name in ("tool", "empty"))
-    return (f"Start, with banner and usage text: {tool:.0f} ms. The empty program: {empty:.0f} ms.\n\n",
-            [bar("start to banner against an empty program", 2, [ratio])])
+def start_section(bench: Bench) -> Section:
+    tool, empty = [], []
+    for _ in range(START_ROUNDS):
+        tool.append(measure.run(bench.server, [TOOL], expected_exit=255)[0])
+        empty.append(measure.run(bench.server, COMMANDS["empty"])[0])
+    walls = [1000 * statistics.median(cost.wall for cost in costs) for costs in (tool, empty)]
+    return ("Start, with banner and usage text: {:.0f} ms. The empty program: {:.0f} ms.\n\n".format(*walls),
+            [bar("start to banner against an empty program", 2, [median_ratio(tool, empty, "wall")])])
 
 
-def size_section(_bench: Bench, _: picture.Drawing) -> Section:
-    program = os.path.join(ROOT, "build", "kxDeleteOldFiles.exe")
-    with tempfile.TemporaryDirectory() as folder:
-        stripped = os.path.join(folder, "stripped.exe")
-        subprocess.run([os.environ["KX_TOOLCHAIN"] + "/bin/ucrt64-strip", "-o", stripped, program],
-                       check=True)
-        size = os.path.getsize(stripped)
-    say(f"  {size:,} bytes")
-    return "", [bar("stripped program", 2_500_000, [size], "{:,} bytes")]
+def size_section(_: Bench) -> Section:
+    subprocess.run([os.environ["KX_TOOLCHAIN"] + "/bin/ucrt64-strip", "-o", "stripped.exe",
+                    os.path.join(ROOT, "build", "kxDeleteOldFiles.exe")], check=True)
+    return "", [bar("stripped program", 2_500_000, [os.path.getsize("stripped.exe")], "{:,} bytes")]
 
 
-def million_section(bench: Bench, _: picture.Drawing) -> Section:
+def million_section(bench: Bench) -> Section:
     tree = trees.generate("wide", 1_000_000, "half", per_folder=1_000)
     wall = bench.run("tool", tree).wall
-    peak = bench.peak("tool", tree) / 2**20
-    text = f"One million files in 1,000 folders, half of them old: {wall:.0f} s, the right tree left.\n\n"
-    say("  " + text.strip())
-    return text, [bar("peak memory for one million files in 1,000 folders", 250, [peak], "{:.0f} MiB")]
+    peak = bench.measured(measure.peak_memory, "tool", tree) / 2**20
+    return (f"One million files in 1,000 folders, half of them old: {wall:.0f} s, the right tree left.\n\n",
+            [bar("peak memory for one million files in 1,000 folders", 250, [peak], "{:.0f} MiB")])
 
 
-SECTIONS = {
+SECTIONS: dict[str, Callable[[Bench], Section]] = {
     "time": time_section,
     "growth": growth_section,
     "memory": memory_section,
@@ -232,21 +205,15 @@ SECTIONS = {
 }
 
 
-def machine() -> str:
-    wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True)
-    return (f"{platform.freedesktop_os_release()['PRETTY_NAME']}, {os.cpu_count()} cores, "
-            f"Linux {platform.release().split('-')[0]}, {wine.stdout.strip()}")
-
-
 def write(path: str, text: str) -> None:
     with open(path, "w", encoding="utf-8") as file:
         file.write(text)
-    say(f"written: {os.path.relpath(path, ROOT)}")
+    print(f"written: {os.path.relpath(path, ROOT)}")
 
 
 def write_report(report: str, drawing: picture.Drawing, to_page: bool) -> None:
     write(REPORT, report)
-    if drawing["none"]:
+    if drawing["none"]["tool"]:
         picture.draw(drawing, REPORT.replace(".md", ".svg"))
     if to_page:
         with open(PAGE, encoding="utf-8") as page:
@@ -273,36 +240,37 @@ def read_options() -> argparse.Namespace:
     return options
 
 
-def measure_sections(options: argparse.Namespace, drawing: picture.Drawing) -> str:
-    names = [name for name in SECTIONS if name != "million" or options.million]
-    texts: list[str] = []
-    bars: list[Row] = []
-    link = os.path.join(ROOT, "build", "scratch", "bench")
-    with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder, measure.meter() as meter:
-        if os.path.islink(link):
-            os.unlink(link)
-        os.symlink(folder, link)
-        bench = Bench(folder, options.rounds, meter)
-        for name in [options.only] if options.only else names:
-            say(f"== {name}")
-            text, rows = SECTIONS[name](bench, drawing)
-            texts.append(text)
-            bars += rows
-        os.unlink(link)
-    return table(["what", "bar", "measured"], bars) + "".join(texts)
+def measure_sections(bench: Bench, names: list[str]) -> str:
+    """Returns the table of bars and the texts of the sections."""
+    heads: Row = ["what", "bar", "measured"]
+    bars, texts = [], ""
+    for name in names:
+        print(f"== {name}", flush=True)
+        text, rows = SECTIONS[name](bench)
+        print(text + table(heads, rows), flush=True)
+        texts += text
+        bars += rows
+    return table(heads, bars) + texts
 
 
 def main() -> None:
     options = read_options()
     # On one core, the programs and the server do not wait for each other's core to wake up.
     os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
-    os.chdir(os.path.join(ROOT, "build", "logs"))
+    scratch = os.path.join(ROOT, "build", "scratch")  # drive X:
+    os.chdir(scratch)
+    names = [name for name in SECTIONS if name != "million" or options.million]
+    with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
+        subprocess.run(["ln", "-sfn", folder, "bench"], check=True)
+        bench = Bench(folder, options.rounds)
+        sections = measure_sections(bench, [options.only] if options.only else names)
+        os.unlink("bench")
     command = shlex.join(["./dev", "bench", *sys.argv[1:]])
-    drawing: picture.Drawing = {share: {} for share in FILES}
-    sections = measure_sections(options, drawing)
-    head = (f"Measured with `{command}` in {options.rounds} rounds on {machine()}, "
-            f"{time.strftime('%Y-%m-%d')}.\n\n")
-    write_report(head + sections, drawing, options.write)
+    system = platform.freedesktop_os_release()["PRETTY_NAME"]
+    wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True).stdout.strip()
+    head = (f"Measured with `{command}` in {options.rounds} rounds on {os.cpu_count()} cores, {system}, "
+            f"Linux {platform.release().split('-')[0]}, {wine}, {time.strftime('%Y-%m-%d')}.\n\n")
+    write_report(head + sections, bench.drawing, options.write)
 
 
 if __name__ == "__main__":

@@ -3,45 +3,33 @@
 usage: manual_page.py MANUAL STYLE-SHEET VERSION >PAGE
 """
 
-import html
 import re
 import subprocess
 import sys
 
 
-def anchor(heading, used):
+def anchor(heading: str) -> str:
     """The id that a heading has on GitHub, so that the manual's links work in both places."""
-    text = html.unescape(re.sub(r"<[^>]*>", "", heading)).lower()
-    name = re.sub(r"[^\w -]", "", text).replace(" ", "-")
-    count = used.get(name, 0)
-    used[name] = count + 1
-    return f"{name}-{count}" if count else name
+    return re.sub(r"[^\w -]", "", re.sub(r"<[^>]*>", "", heading).lower()).replace(" ", "-")
 
 
-def add_anchors(body):
-    used = {}
-    return re.sub(r"<(h[1-6])>(.*?)</\1>",
-                  lambda m: f'<{m[1]} id="{anchor(m[2], used)}">{m[2]}</{m[1]}>', body)
+def add_anchors(body: str) -> str:
+    return re.sub(r"<(h[23])>(.*?)</\1>", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</{m[1]}>', body)
 
 
-def drop_links_to_files(body):
-    """Keeps the text of links to other files of the repository, which the package does not have."""
-    return re.sub(r'<a href="(?!#|https?:)[^"]*">(.*?)</a>', r"\1", body, flags=re.DOTALL)
-
-
-def keep_short_code_whole(body):
+def keep_short_code_whole(body: str) -> str:
     """Otherwise an option breaks after its hyphen where a line ends."""
     return re.sub(r"(?<!<pre>)<code>(?=[^<]{1,20}</code>)", '<code class="whole">', body)
 
 
-def check_links(body):
+def check_links(body: str) -> None:
     """Ends the program when a link leads nowhere, or when the page would need another file."""
-    missing = set(re.findall(r'href="#([^"]*)"', body)) - set(re.findall(r' id="([^"]*)"', body))
+    missing = set(re.findall(r'href="(?!https?:)#?([^"]*)"', body)) - set(re.findall(r' id="([^"]*)"', body))
     if missing or "<img" in body:
-        sys.exit(f"The manual has pictures, or links to headings that it does not have: {missing}")
+        sys.exit(f"The manual has pictures, or links to what it does not have: {missing}")
 
 
-def contents(body):
+def contents(body: str) -> str:
     """The list of the sections and their subsections."""
     sections = re.findall(r'<(h[23]) id="(.*?)">(.*?)</h', body)
     lines = [f'<li class="{kind}"><a href="#{name}">{heading}</a></li>\n'
@@ -49,18 +37,17 @@ def contents(body):
     return f'<nav aria-label="Contents">\n<ul>\n{"".join(lines)}</ul>\n</nav>\n'
 
 
-def main():
+def main() -> None:
     manual, style, version = sys.argv[1:]
-    body = subprocess.run(["cmark-gfm", "--unsafe", "--extension", "table", manual],
+    body = subprocess.run(["cmark-gfm", "--extension", "table", manual],
                           stdout=subprocess.PIPE, encoding="utf-8", check=True).stdout
-    body = drop_links_to_files(add_anchors(re.sub(r"<!--.*?-->\n?", "", body, flags=re.DOTALL)))
+    body = add_anchors(body)
     check_links(body)
     body = keep_short_code_whole(body)
     body = body.replace("<table>", '<div class="wide"><table>').replace("</table>", "</table></div>")
     title, rest = body.split("</h1>\n", 1)
     with open(style, encoding="utf-8") as sheet:
-        sys.stdout.reconfigure(encoding="utf-8")
-        print(f"""<!DOCTYPE html>
+        page = f"""<!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
@@ -72,7 +59,9 @@ def main():
 <body>
 {title} {version}</h1>
 {contents(body)}{rest}</body>
-</html>""")
+</html>
+"""
+    sys.stdout.buffer.write(page.encode())
 
 
 if __name__ == "__main__":
