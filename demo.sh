@@ -48,7 +48,7 @@ show_tree() {
 # run_in FOLDER: runs the program of this folder. It prints Latin-1 with CR LF.
 run_in() (
   cd "$1"
-  timeout --foreground 600 "$wine" sealed kxDeleteOldFiles.exe "${arguments[@]}" | iconv -f latin1 | tr -d '\r'
+  timeout --foreground 600 "$wine" sealed kxDeleteOldFiles.exe "${arguments[@]}" | iconv -f latin1 -t utf-8 | tr -d '\r'
 )
 
 unset KX_ROOT KX_ROOT_INSTALLER
