@@ -1,11 +1,7 @@
-// Before any other header. The C++ library's headers would make <stdio.h> use the compiler's
-// formatted print instead of the C run-time's.
-#define __USE_MINGW_ANSI_STDIO 0 // NOLINT: the name is fixed by the compiler
-#include <stdio.h>               // NOLINT: <cstdio> would include it too late
-
 #include "sweep/console.h"
 
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -40,13 +36,13 @@ void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like printf
 
 void printAsFormat(const QByteArray &format)
 {
-    // On x86-64 Windows an argument list is a pointer to slots of 8 bytes. No conversion takes more
-    // slots than it has characters ("%*d" takes two).
-    std::vector<quint64> slots(static_cast<std::size_t>(format.size()) + 1, 0);
+    // On x86-64 Windows an argument list is a pointer to values of 8 bytes. No conversion takes more
+    // values than it has characters ("%*d" takes two).
+    std::vector<quint64> values(static_cast<std::size_t>(format.size()) + 1, 0);
     static_assert(sizeof(va_list) == sizeof(char *), "x86-64 Windows");
     const QuietInvalidParameters quiet;
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it points to the slots
-    vprintf(format.constData(), reinterpret_cast<va_list>(slots.data()));
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it points to the values
+    vprintf(format.constData(), reinterpret_cast<va_list>(values.data()));
 }
 
 void flushOutput() { fflush(stdout); }
