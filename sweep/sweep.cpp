@@ -31,8 +31,7 @@ struct FolderState
 {
     TimeStamp now = 0;
     bool nothingLeft = true;
-    bool kept = false;   // a file, or a subfolder with something left in it
-    bool failed = false; // to delete a file
+    bool kept = false; // a file or a subfolder is still there, so the folder is not removed
 };
 
 /// The log for deletions, or null. A full log gets no more lines; otherwise it could end the run
@@ -126,8 +125,7 @@ void deleteEntry(const Sweep &sweep, DirListingHandle &listing, FolderState &sta
         return;
     }
     append(sweep.errors, path, QLatin1String(":"), error, QLatin1String("\n"));
-    state.failed = true;
-    state.nothingLeft = false;
+    markKept(state);
 }
 
 void sweepFile(const Sweep &sweep, DirListingHandle &listing, FolderState &state)
@@ -165,7 +163,8 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &listing, FolderS
         return;
     }
     append(decisionLog(sweep), QLatin1String("     -dir ["), name, QLatin1String("]\n"));
-    if (!sweepTree(sweep, DirListing::fullPath(listing), sweep.recurse))
+    constexpr bool removeIfEmpty = true;
+    if (!sweepTree(sweep, DirListing::fullPath(listing), removeIfEmpty))
         markKept(state);
 }
 
@@ -205,7 +204,7 @@ bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
         else
             sweepFile(sweep, listing, state);
     }
-    if (state.kept || state.failed || !removeIfEmpty)
+    if (state.kept || !removeIfEmpty)
         return state.nothingLeft;
     return removeEmptied(sweep, folder);
 }
