@@ -9,13 +9,6 @@
 
 namespace {
 
-void closeSearch(DirListing &listing)
-{
-    if (listing.findHandle != INVALID_HANDLE_VALUE)
-        FindClose(listing.findHandle);
-    listing.findHandle = INVALID_HANDLE_VALUE;
-}
-
 /// Sets folder, prefix and search pattern from the caller's folder, pattern or file.
 void derivePaths(DirListing &listing, const QString &named)
 {
@@ -193,7 +186,6 @@ void readAll(DirListingHandle &handle, bool sort, bool descending)
     }
     if (sort)
         sortEntries(listing, 0, listing.names.size() - 1, descending);
-    closeSearch(listing);
     listing.isOpen = true;
     listing.fromLists = true;
     listing.haveLists = true;
@@ -294,7 +286,9 @@ void DirListing::addSuffixFilter(DirListingHandle &handle, const QString &text)
 void DirListing::close(DirListingHandle &handle)
 {
     DirListing &listing = *handle.listing;
-    closeSearch(listing);
+    if (listing.findHandle != INVALID_HANDLE_VALUE)
+        FindClose(listing.findHandle);
+    listing.findHandle = INVALID_HANDLE_VALUE;
     listing.isOpen = false;
     listing.fromLists = false;
     listing.namesAreFullPaths = false;
