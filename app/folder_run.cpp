@@ -6,8 +6,6 @@
 #include "sweep/sweep.h"
 #include "text/grouped_number.h"
 
-TimeStamp progressStamp = 0; // NOLINT: see the header
-
 bool runFolder(const QString &folder, const qint32 &daysOld, const bool &verbose)
 {
     const QByteArray folderText = folder.toLatin1();
@@ -26,6 +24,7 @@ bool runFolder(const QString &folder, const qint32 &daysOld, const bool &verbose
     QString log;
     qint32 deletedCount = 0;
     qint64 deletedKiB = 0;
+    static TimeStamp progressStamp = 0; // of the last progress line; all folders of a run share it
     sweepFolder(folder, removeIfEmpty, recurse, daysToMinutes(daysOld), nullptr, &errors,
                 &deletedCount, &deletedKiB, &log, namesOnly, &progressStamp);
 

@@ -1,12 +1,7 @@
 // The run on one folder: its sweep and its report.
 #pragma once
 
-#include "sweep/file_time.h"
-
 #include <QString>
-
-/// When this process printed its last progress line. All folders of a run share it.
-extern TimeStamp progressStamp; // NOLINT: the one variable that lives through the whole run
 
 /// Sweeps `folder` with an age limit of `daysOld` days and prints the report: start, count and KiB,
 /// errors, with `verbose` the decisions, free drive space.

@@ -45,7 +45,6 @@ int main(int argc, char **argv)
         return exitBadNumber;
     }
 
-    progressStamp = 0;
     if (options.directory.contains(asterisk))
         print("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
     expandWildcardFolders(options.directory, options.daysOld, options.verbose);
