@@ -9,10 +9,13 @@
 #include "text/path.h"
 
 // Tells the C start-up code to pass on a "*" in an argument instead of expanding it to names.
+// Name and type are fixed by the C start-up code.
+// NOLINTBEGIN(*-avoid-non-const-global-variables,readability-identifier-naming)
 extern "C" {
-extern int _dowildcard; // NOLINT: name and type are fixed by the C start-up code
-int _dowildcard = 0;    // NOLINT: the same
+extern int _dowildcard;
+int _dowildcard = 0;
 }
+// NOLINTEND(*-avoid-non-const-global-variables,readability-identifier-naming)
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr DWORD moduleNameBytes = 250;
-constexpr DWORD currentFolderBytes = 249;
+constexpr DWORD moduleNameBytes = 250;    // what fits; a longer name has no terminator
+constexpr DWORD currentFolderBytes = 249; // fixed; with the terminator
 
 FixedNarrowString250 currentFolder()
 {
@@ -26,7 +26,7 @@ struct EnvironmentValue
         : isSet(_wdupenv_s(&text, &units, toWChar(name)) == 0 && text != nullptr && units > 0)
     {
     }
-    ~EnvironmentValue() { std::free(text); } // NOLINT: the C run-time allocated it
+    ~EnvironmentValue() { std::free(text); } // NOLINT(*-no-malloc): the C run-time allocated it
     EnvironmentValue(const EnvironmentValue &) = delete;
     EnvironmentValue &operator=(const EnvironmentValue &) = delete;
 
