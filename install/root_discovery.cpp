@@ -53,15 +53,16 @@ QString rootFromEnvironment(const char *variable, QString &rootLog)
     return candidate;
 }
 
-/// Takes the root two folders above the program, unless there is a candidate already. Such a
-/// candidate is deliberately tested and logged a second time.
-void checkOrTryProgramFolder(QString &candidate, int argc, char **argv, QString &rootLog)
+QString rootAboveProgram(int argc, char **argv)
 {
-    if (candidate.isEmpty()) {
-        FixedNarrowString250 folder;
-        appFolder(argc >= 1 ? argv[0] : nullptr, folder);
-        candidate = twoFoldersUp(normalizePath(folder.toQString()));
-    }
+    FixedNarrowString250 folder;
+    appFolder(argc >= 1 ? argv[0] : nullptr, folder);
+    return twoFoldersUp(normalizePath(folder.toQString()));
+}
+
+/// Tests a candidate of the first three sources in its final spelling.
+void checkFinalSpelling(QString &candidate, QString &rootLog)
+{
     candidate.replace(QLatin1String("\\_internal_"), QLatin1String("\\_"));
     candidate = toBackslashPath(candidate);
     rootLog += QLatin1String("\n[appPath: ") + candidate;
@@ -99,7 +100,9 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
     QString candidate = rootFromFlag(argc, argv, rootLog, startedOutsideRoot);
     if (candidate.isEmpty())
         candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
-    checkOrTryProgramFolder(candidate, argc, argv, rootLog);
+    if (candidate.isEmpty())
+        candidate = rootAboveProgram(argc, argv);
+    checkFinalSpelling(candidate, rootLog); // fixed: of the first two sources a second time
     if (candidate.isEmpty() && argc >= 1)
         candidate = rootFromProgramName(QString::fromLatin1(argv[0]));
     if (candidate.isEmpty())

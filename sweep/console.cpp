@@ -36,8 +36,8 @@ void print(const char *format, ...) // NOLINT(cert-dcl50-cpp): like printf
 
 void printAsFormat(const QByteArray &format)
 {
-    // On x86-64 Windows an argument list is a pointer to values of 8 bytes. No conversion takes more
-    // values than it has characters ("%*d" takes two).
+    // On x86-64 Windows an argument list is a pointer to values of 8 bytes. No conversion takes
+    // more values than it has characters ("%*d" takes two).
     std::vector<quint64> values(static_cast<std::size_t>(format.size()) + 1, 0);
     static_assert(sizeof(va_list) == sizeof(char *), "x86-64 Windows");
     const QuietInvalidParameters quiet;
