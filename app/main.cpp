@@ -9,17 +9,14 @@
 #include "text/path.h"
 
 // Tells the C start-up code to pass on a "*" in an argument instead of expanding it to names.
-// Name and type are fixed by the C start-up code.
-// NOLINTBEGIN(*-avoid-non-const-global-variables,readability-identifier-naming)
+// That code fixes its name and type.
 extern "C" {
-extern int _dowildcard;
-int _dowildcard = 0;
+int _dowildcard = 0; // NOLINT(*-non-const-global-variables,readability-identifier-naming)
 }
-// NOLINTEND(*-avoid-non-const-global-variables,readability-identifier-naming)
 
 namespace {
 
-constexpr int minArguments = 3; // deliberately, even where fewer would do
+constexpr int minArguments = 3; // fixed: a directory alone gets the usage text
 
 constexpr int exitDone = 0; // whatever happened inside the folders
 constexpr int exitUsage = -1;
