@@ -21,7 +21,7 @@ bool checkInstallRoot(int argc, char **argv)
 
     const QStringList flagValues = rootFlagValues(argc, argv);
     const QString lastFlagValue = flagValues.isEmpty() ? QString() : flagValues.last();
-    // Deliberately one arg() at a time: a "%2" in the program's name is filled too.
+    // Fixed: one arg() at a time, so a "%2" in the program's name is filled too.
     const QString message =
         QString::fromLatin1("Unable to get KX Root path; This executable was not started from a "
                             "KX directory.\n\n (Tried: '%1', '%2')\n%3")

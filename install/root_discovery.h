@@ -10,7 +10,8 @@
 /// A candidate from the first three sources gets "\_internal_" replaced by "\_" and slashes by
 /// backslashes, and is then tested (for the first two sources, a second time). The root's relink
 /// file may move the root. Without a relink file, a root whose name ends in _KX9 is replaced by the
-/// folder above it, if that is a root. -loadstatus sets the status folder.
+/// folder above it, if that is a root. -loadstatus sets the status folder. In the layout, the root
+/// of a debug build is replaced by that of its release build, without another test.
 ///
 /// rootLog                gets a line for each source tried, except argv[0], and for a moved root
 /// startedOutsideRoot     whether argv[0] lies outside the root; set only when the flag named the

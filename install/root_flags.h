@@ -10,7 +10,8 @@
 /// with the flag, in any case, is one; the next argument is its value, whatever it is.
 QStringList rootFlagValues(int argc, char **argv);
 
-/// Sets the status folder from the last "-loadstatus" flag, with a trailing backslash; empty
-/// without the flag. Entities are decoded in the value, not in the flag. A final quote of the value
-/// is dropped. A value that begins with ".." is relative to the installation root.
+/// Sets the status folder from the last "-loadstatus" flag; empty without the flag. Entities are
+/// decoded in the value, not in the flag. A final quote of the value is dropped, and a trailing
+/// backslash added if it fits. A value that begins with ".." is relative to the installation root;
+/// a network share to which it leads has no trailing backslash.
 void readStatusFlags(InstallPaths &paths, int argc, char **argv);

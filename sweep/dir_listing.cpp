@@ -43,7 +43,7 @@ bool readFirstEntry(DirListing &listing)
     listing.findHandle =
         FindFirstFileExW(toWChar(pattern), FindExInfoStandard, &listing.findData,
                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-    // Deliberate: a file system or an old Windows may not know the flag.
+    // A file system or an old Windows may not know the flag.
     if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
         listing.findHandle = FindFirstFileW(toWChar(pattern), &listing.findData);
     return listing.findHandle != INVALID_HANDLE_VALUE;
@@ -120,10 +120,8 @@ bool nextInLists(DirListing &listing)
 {
     ++listing.index;
     listing.statDone = false;
-    if (listing.index < listing.names.size())
-        return true;
-    listing.isOpen = false;
-    return false;
+    listing.isOpen = listing.index < listing.names.size();
+    return listing.isOpen;
 }
 
 bool nextInSearch(DirListingHandle &handle)

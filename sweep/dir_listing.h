@@ -33,8 +33,8 @@ struct DirListingHandle
 ///
 /// When several kinds of filters are set, the prefix filters override the suffix filters, and the
 /// contains filters override both. This tool uses neither prefix nor contains filters, nor lists of
-/// paths from outside (namesAreFullPaths and the stat... fields). Other tools set those fields
-/// themselves.
+/// paths from outside. Other tools set those filters themselves. To list their own paths, they set
+/// names, fromLists, isOpen, namesAreFullPaths, and index to -1.
 ///
 ///     DirListingHandle handle;
 ///     DirListing::create(handle);
@@ -62,7 +62,7 @@ struct DirListing
     // Of the current entry, after `next` returned true.
     static bool isFolder(DirListingHandle &handle);
     static QString name(const DirListingHandle &handle);
-    /// The listed folder and the name; not made absolute.
+    /// The listed folder and the name, not made absolute. With namesAreFullPaths, the name alone.
     static QString fullPath(const DirListingHandle &handle);
     /// Last-write time; the creation time when the upper 32 bits of the last-write time are 0.
     static TimeStamp time(DirListingHandle &handle);

@@ -10,13 +10,13 @@
 /// may overwrite it, so use this directly after the call that failed.
 constexpr quint32 useLastError = 0xFFFFFFFF;
 
-/// "Error 5: Access denied.." for 5: the number, Windows' message (FormatMessageW), and
-/// deliberately one more full stop. Line breaks become blanks. Truncated at 500 units.
-///
-/// 0 and 126 have fixed texts. A code without a message gets its exceptionCodeText.
+/// "Error 5: Access is denied.." for 5: the number, Windows' own words (FormatMessageW), and one
+/// more full stop (fixed). A final line break is dropped; others become blanks. 0 and 126 have
+/// fixed texts. A code without a message gets its exceptionCodeText or, when that is empty,
+/// "Error 5.". Truncated at 500 units.
 FixedWideString systemErrorText(quint32 code);
 
 /// The meaning of a structured-exception code, or the message of ntdll.dll for a status code
-/// (FormatMessageA), with its line breaks. Without either, "ERROR code 7. (No system message
+/// (FormatMessageA), with its inner line breaks. Without either, "ERROR code 7. (No system message
 /// found)" for 7. Truncated at 500 bytes.
 FixedNarrowString500 exceptionCodeText(quint32 code);

@@ -2,8 +2,8 @@
 //
 // A path is silently truncated at 500 UTF-16 units. A path of 240 units or more is handed to
 // Windows with the long-path prefix, whose 4 or 6 units count too. A truncated path names whatever
-// has the shorter name. Any failure of Windows counts as "does not exist". A fixed interface of the
-// suite's tools, see CONTRIBUTING.md; it includes withLongPathPrefix and folderOfPath.
+// has the shorter name. The tests for existence take any failure of Windows for "does not exist". A
+// fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "sweep/file_time.h"
@@ -14,24 +14,25 @@ bool fileExists(const FixedWideString &path);
 bool fileExists(const QString &path);
 
 /// Whether the path names an existing folder (GetFileAttributesW). False below 3 units. One
-/// trailing backslash is dropped first; deliberately, C:\ tests the current folder of drive C.
+/// trailing backslash is dropped first (fixed), so C:\ tests the current folder of drive C.
 bool folderExists(QString path);
 
 /// Whether the path names an existing file that could be opened and, with `size`, sized. Fills
 /// `time` with its last-write time (0 when that fails) and `size` with its bytes; either may be
-/// null. Deliberately opens the file without the long-path prefix, so the result is false for a
-/// path that is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
+/// null. Fixed: opens the file without the long-path prefix, so the result is false for a path that
+/// is too long without it (CreateFileW, GetFileTime, GetFileSizeEx).
 bool fileTimeAndSize(const FixedWideString &path, TimeStamp *time, qint64 *size);
 bool fileTimeAndSize(const QString &path, TimeStamp *time, qint64 *size);
 
 /// Deletes one file. Its attributes are reset first, so that read-only files go too
 /// (SetFileAttributesW, DeleteFileW).
 ///
-/// Returns an empty text when the file is gone, or was gone before, and for a folder, which is left
-/// alone. Otherwise returns "Unable to delete file; " with Windows' reason and a full stop.
+/// Returns an empty text when the file is gone, and without an attempt when fileExists is false:
+/// for a folder, for a file that was gone before, and when the network or missing rights hide it.
+/// Otherwise returns "Unable to delete file; " with Windows' reason and a full stop.
 QString deleteFile(const QString &path);
 
 /// Removes an empty folder (QDir::rmdir, which truncates nothing and adds its own long-path
-/// prefix). False when that fails; the thread's last error tells why. A relative path fails: QDir
-/// resolves it against itself.
+/// prefix). False when that fails; the thread's last error tells why. Fixed: QDir resolves a
+/// relative path against itself, so "a" names a\a.
 bool removeFolder(const QString &path);

@@ -157,8 +157,8 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &listing, FolderS
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
                *suffix, QLatin1String("'\n"));
-        // Deliberately not marked as kept, unlike a file: the sweep still tries to remove the
-        // folder around it, and reports that it cannot.
+        // Deliberately not marked as kept, so the sweep still tries to remove the folder around it,
+        // and reports that it cannot.
         state.nothingLeft = false;
         return;
     }
@@ -178,8 +178,7 @@ bool removeEmptied(const Sweep &sweep, const QString &folder)
     return false;
 }
 
-/// Sweeps one folder and everything below it. Links are followed and cycles are not detected; one
-/// cycle ends where the path no longer fits.
+/// Sweeps one folder and everything below it. A cycle of links ends where the path no longer fits.
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
 {
     if (!folderExists(folder))

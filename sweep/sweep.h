@@ -10,7 +10,8 @@
 /// folders that cannot be deleted do not stop it.
 ///
 /// folder          may end with a backslash. If it does not exist, the result is true
-/// removeIfEmpty   remove the folder itself when nothing is left in it
+/// removeIfEmpty   remove the folder itself unless a file or a swept subfolder is left in it. This
+///                 fails, with a line in `errors`, for an ignored or unvisited subfolder
 /// recurse         sweep the subfolders too, and remove each that is left empty. Links to folders
 ///                 are followed, and cycles are not detected
 /// maxAgeMinutes   0 or less deletes every file, whatever its age. In seconds it wraps at 32 bits
@@ -25,7 +26,7 @@
 ///                 line when that is more than 5 seconds ago
 ///
 /// Returns true when the folder is now empty as far as the sweep saw; with `removeIfEmpty`, true
-/// when it was also removed.
+/// when it was also removed. Without `recurse` the sweep does not see subfolders.
 ///
 /// A fixed interface of the suite's tools, see CONTRIBUTING.md.
 bool sweepFolder(const QString &folder, const bool &removeIfEmpty, const bool &recurse,

@@ -7,7 +7,7 @@
 /// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Names
 /// are case-sensitive, and nothing else is decoded. A fixed interface, see CONTRIBUTING.md.
 ///
-/// Deliberately, &amp; is decoded after the other names and before the numbers:
+/// Fixed: &amp; is decoded after the other names and before the numbers:
 ///
 ///     &amp;lt; returns &lt;    &amp;#196; returns the capital A with diaeresis
 QString decodeEntities(QString text);

@@ -2,10 +2,12 @@
 //
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
 // in the narrow variants). Text beyond the capacity is silently truncated. value[length] is always
-// 0. Units after that terminator mean nothing: clear, assignNarrow and zeroTail set them to 0,
-// setLength leaves them. Case-insensitive operations fold a to z only.
+// 0. Units after that terminator mean nothing. clear, assignNarrow, zeroTail, insertAt, removeRange
+// and each replacement of replaceAllNoCase set them to 0; the other operations leave them.
+// Case-insensitive operations fold a to z only.
 //
-// A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// A fixed interface of the suite's tools, see CONTRIBUTING.md, except toQString, lastIndexOfUnit,
+// addTrailingBackslash, and the functions and constants outside of the struct.
 #pragma once
 
 #include <QString>
@@ -52,7 +54,7 @@ struct FixedString
     }
 
     /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
-    /// becomes the unit 0xFFE9 in a wide string. That is deliberate: no code page is used.
+    /// becomes the unit 0xFFE9 in a wide string (fixed: no code page is used).
     void assignNarrow(const char *text);
 
     /// Sets every unit from the terminator to the end of the array to 0.
@@ -116,8 +118,8 @@ struct FixedString
     qint32 firstBackslash() const { return indexOfUnitNoCase(backslashUnit); }
 
     /// Whether the string begins with `prefix`, case-insensitive; false when either is empty.
-    /// Deliberately leaves a prefix that is neither empty nor too long in upper case, so pass one
-    /// that is not needed afterwards.
+    /// Fixed: leaves a prefix that is neither empty nor too long in upper case, so pass one that is
+    /// not needed afterwards.
     bool startsWithNoCase(FixedString &prefix) const;
 
     /// Whether the string ends with `suffix`, case-insensitive; false when either is empty.

@@ -10,8 +10,7 @@ static_assert(sizeof longNetworkPrefix - 2 == longNetworkPrefixUnits,
 constexpr qint32 parentReferenceLength = 3; // two dots and the separator
 
 // The rules below are templates over QString and FixedWideString; these overloads hide where the
-// two differ. The difference that matters: a search that starts past the end restarts at 0 in a
-// fixed string, but finds nothing in a QString.
+// two differ.
 
 qint32 lengthOf(const QString &text) { return text.size(); }
 qint32 lengthOf(const FixedWideString &text) { return text.length; }
@@ -152,8 +151,6 @@ void normalize(Text &path, char16_t separator)
     if (isPlaceholder(head, separator))
         return;
     dropFirst(path, first);
-    // A second placeholder test in the loop could never succeed: it needs a head that ends with a
-    // separator and contains none.
     while (hasParentReferenceAt(path, 0, separator)) {
         dropFirst(path, parentReferenceLength);
         goUpOneFolder(head, separator);

@@ -1,7 +1,8 @@
 // Paths as text: normalising them, going up one folder, the prefix for long paths.
 //
 // Lengths and positions are in UTF-16 units. Results in a FixedWideString are silently truncated at
-// its 500 units. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// its 500 units. A fixed interface of the suite's tools, see CONTRIBUTING.md, except
+// withTrailingBackslash and the constants.
 #pragma once
 
 #include "text/fixed_string.h"
@@ -13,18 +14,17 @@ const QChar asterisk = QLatin1Char('*');
 constexpr qint32 longPathPrefixUnits = 4;
 constexpr qint32 longNetworkPrefixUnits = 6;
 
-/// A path of this many units or more gets the long-path prefix; a search pattern, deliberately,
-/// only a longer one. Without it Windows takes fewer than 260 units (MAX_PATH).
+/// A path of this many units or more gets the long-path prefix; a search pattern only a longer one
+/// (fixed). Without it Windows takes fewer than 260 units (MAX_PATH).
 constexpr qint32 longPathLength = 240;
 
-/// The path with doubled separators collapsed, and with a leading run of ".." folded into the
-/// folder before it. The separator is the backslash when the path holds one, otherwise the slash.
-/// The other of the two is ordinary text.
+/// The path with doubled separators collapsed, and with its first run of "..", wherever it stands,
+/// folded into the folder before it. The separator is the backslash when the path holds one,
+/// otherwise the slash. The other of the two is ordinary text.
 ///
-/// Three rules are deliberate. A run of n separators becomes half as many, rounded up, in one pass,
-/// and a network path keeps its leading pair. Only the first group of ".." is folded; two dots and
-/// a separator at the end of a longer name count too. Directly after a placeholder such as <Root>
-/// nothing is folded.
+/// Fixed: a run of n separators becomes half as many, rounded up, in one pass, and a network path
+/// keeps its leading pair. Two dots and a separator at the end of a longer name are a ".." too.
+/// Directly after a placeholder such as <Root> nothing is folded.
 ///
 ///     C:/a//b/../c returns C:/a/c
 ///     ab\..\cd\..\e returns cd\..\e
@@ -38,7 +38,7 @@ FixedWideString normalizePathFixed(FixedWideString &path);
 /// counts as a network path.
 ///
 /// Returned unchanged: paths of fewer than 3 units. A bare network share is returned without its
-/// trailing separator. The parent of a bare drive (C:\) or of a name is empty. All deliberate.
+/// trailing separator. The parent of a bare drive (C:\) or of a name is empty. All fixed.
 ///
 ///     C:\a\ returns C:\; \\srv\share\dir returns \\srv\share\; \\srv\share\ returns \\srv\share
 QString parentFolder(QString path, QChar separator);
@@ -66,7 +66,7 @@ qint32 lastBackslash(const FixedWideString &path);
 QString folderOfPath(QString path);
 
 /// Fills `destination` with `source` after the long-path prefix, and returns it: \\?\C:\x for C:\x,
-/// \\?\UNC\server\share for \\server\share. Deliberately adds it always, and converts nothing else.
+/// \\?\UNC\server\share for \\server\share. Fixed: adds it always, and converts nothing else.
 /// After \\?\ the Win32 file functions hand the rest of the path to the file system unchanged.
 const FixedWideString &withLongPathPrefix(FixedWideString &destination,
                                           const FixedWideString &source);

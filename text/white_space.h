@@ -1,7 +1,8 @@
-// White space as QtCore 4 knows it.
+// White space as Qt knows it, without U+0085.
 //
-// QtCore 5 also counts U+0085, which is byte 0x85 of the command line: the ellipsis of code page
-// 1252. "14" with that ellipsis is not the number 14.
+// QtCore 5 counts it, QtCore 4 does not. It is byte 0x85 of the command line, the ellipsis of code
+// page 1252: "14" with an ellipsis is not the number 14. The two also differ in U+180E, which does
+// not occur, because these texts are Latin-1.
 #pragma once
 
 #include <QString>
