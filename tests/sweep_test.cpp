@@ -7,12 +7,17 @@
 
 namespace {
 
+constexpr bool removeIfEmpty = true;
+constexpr bool recurse = true;
+constexpr bool namesOnly = true;
+
 TEST(SystemErrorText, IsOneLineForAnyCode)
 {
     for (const QString &line : linesOf("error_texts.txt"))
-        EXPECT_EQ(plain(line.mid(9)), plain(systemErrorText(line.left(8).toUInt(nullptr, 16))));
+        EXPECT_EQ(line.mid(9), systemErrorText(line.left(8).toUInt(nullptr, 16)).toQString());
     SetLastError(145);
-    EXPECT_EQ("Error 145: Directory is not empty..", plain(systemErrorText(useLastError)));
+    EXPECT_EQ(latin1("Error 145: Directory is not empty.."),
+              systemErrorText(useLastError).toQString());
 }
 
 TEST(DirListing, IsCreatedClosed)
@@ -22,10 +27,13 @@ TEST(DirListing, IsCreatedClosed)
     const DirListing &listing = *handle.listing;
     EXPECT_EQ(&handle, listing.owner);
     EXPECT_EQ(-1, listing.index);
-    for (const bool flag :
-         { listing.isOpen, listing.fromLists, listing.haveLists, listing.namesAreFullPaths,
-           listing.includeFolders, listing.statDone, listing.statIsFolder })
-        EXPECT_FALSE(flag);
+    EXPECT_FALSE(listing.isOpen);
+    EXPECT_FALSE(listing.fromLists);
+    EXPECT_FALSE(listing.haveLists);
+    EXPECT_FALSE(listing.namesAreFullPaths);
+    EXPECT_FALSE(listing.includeFolders);
+    EXPECT_FALSE(listing.statDone);
+    EXPECT_FALSE(listing.statIsFolder);
     DirListing::destroy(handle); // the destructor of the handle must then do nothing
 }
 
@@ -100,33 +108,49 @@ TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
     EXPECT_EQ(4294967296, DirListing::size(entry));
 }
 
-TEST(SweepFolder, KeepsWhatIsIgnoredOrHeldOpen)
+TEST(SweepFolder, KeepsWhatIsYoungIgnoredOrHeldOpen)
 {
     const ScratchFolder scratch({ L"held\\old", L"keep\\a.SAV", L"locked\\b", L"skip\\c.sav\\d" });
+    makeFile(L"X:\\t\\young", -1);
     const auto folder = holdOpen(L"X:\\t\\held");
     const auto file = holdOpen(L"X:\\t\\locked\\b");
     const QStringList suffixes = QStringList() << latin1("x") << latin1(".sav");
     QString errors;
     QString log;
-    EXPECT_FALSE(sweepFolder(latin1("X:\\t"), true, true, 1440, &suffixes, &errors, nullptr,
-                             nullptr, &log, false, nullptr));
-    EXPECT_EQ(plain(contentOf("kept_entries.txt")), plain((log + errors).trimmed()));
-    constexpr bool recurse = false;
-    EXPECT_FALSE(sweepFolder(latin1("X:\\t"), true, recurse, 1440, nullptr, nullptr, nullptr,
-                             nullptr, nullptr, false, nullptr));
+    EXPECT_FALSE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1440, &suffixes, &errors,
+                             nullptr, nullptr, &log, !namesOnly, nullptr));
+    EXPECT_EQ(contentOf("kept_entries.txt"), (log + errors).trimmed());
+    EXPECT_FALSE(sweepFolder(latin1("X:\\t\\skip"), !removeIfEmpty, recurse, 1440, &suffixes,
+                             nullptr, nullptr, nullptr, nullptr, namesOnly, nullptr));
+    EXPECT_FALSE(sweepFolder(latin1("X:\\t"), removeIfEmpty, !recurse, 1, nullptr, nullptr, nullptr,
+                             nullptr, nullptr, namesOnly, nullptr));
+    EXPECT_TRUE(fs::exists(L"X:\\t\\young"));
     EXPECT_TRUE(fs::exists(L"X:\\t\\keep\\a.SAV"));
+}
+
+TEST(SweepFolder, PrintsAProgressLineWhenTheLastOneIsMoreThanFiveSecondsAgo)
+{
+    const ScratchFolder scratch({ L"old" });
+    for (const qint64 secondsAgo : { 2, 10 }) {
+        TimeStamp now = 0;
+        currentTime(now);
+        TimeStamp stamp = now - secondsAgo;
+        sweepFolder(latin1("X:\\t"), !removeIfEmpty, recurse, 1440, nullptr, nullptr, nullptr,
+                    nullptr, nullptr, namesOnly, &stamp);
+        EXPECT_EQ(secondsAgo == 10, stamp >= now) << secondsAgo;
+    }
 }
 
 TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
 {
-    constexpr int fullLog = 1 << 29; // units
+    constexpr int fullLog = 1 << 29; // UTF-16 units, which take 1 GiB of memory
     QString log;
     log.reserve(fullLog + 100);
     for (const int units : { fullLog - 1, fullLog }) {
         const ScratchFolder scratch({ L"old" });
         log.resize(units);
-        EXPECT_TRUE(sweepFolder(latin1("X:\\t"), true, true, 1440, nullptr, nullptr, nullptr,
-                                nullptr, &log, true, nullptr));
+        EXPECT_TRUE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1440, nullptr, nullptr,
+                                nullptr, nullptr, &log, namesOnly, nullptr));
         EXPECT_EQ(units < fullLog ? units + 4 : units, log.size());
         EXPECT_FALSE(fs::exists(L"X:\\t"));
     }
@@ -134,12 +158,13 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
 
 TEST(FileTime, CountsWholeSecondsFrom1970)
 {
-    expectResults("fileTimeToSeconds", [](const QString &text) {
+    const auto seconds = [](const QString &text) {
         const quint64 ticks = text.toULongLong();
-        TimeStamp seconds = 7;
-        fileTimeToSeconds(seconds, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
-        return QString::number(seconds);
-    });
+        TimeStamp time = 7;
+        fileTimeToSeconds(time, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
+        return QString::number(time);
+    };
+    expectResults("file_times.txt", { { "fileTimeToSeconds", seconds } });
 }
 
 TEST(FileTime, HasElapsedAfterTheSpanAndNotAtItsEnd)
@@ -152,8 +177,7 @@ TEST(FileTime, HasElapsedAfterTheSpanAndNotAtItsEnd)
     EXPECT_EQ(100, stamp);
     EXPECT_TRUE(hasElapsed(stamp, 5, true, &now));
     EXPECT_EQ(106, stamp);
-    EXPECT_TRUE(hasElapsed(stamp, 5, true));        // now is later
-    EXPECT_EQ(-2147482336, daysToMinutes(1491309)); // which wraps
+    EXPECT_TRUE(hasElapsed(stamp, 5, true)); // now is later
 }
 
 } // namespace

@@ -45,21 +45,16 @@ void checkFixedString(const Plain &text, const Plain &other, const Plain &replac
     upper.toUpper();
     const auto found = static_cast<qint32>(text.find(other)); // -1 for npos
     EXPECT_EQ(found, fixed(text).indexOfNoCase(upper, 0));
-    EXPECT_EQ(plain(fixed(replaceAll(text, other, replacement))),
-              plain(fixed(text).replaceAllNoCase(upper, fixed(replacement))));
+    EXPECT_EQ(fixed(replaceAll(text, other, replacement)).toQString(),
+              fixed(text).replaceAllNoCase(upper, fixed(replacement)).toQString());
 }
 
 void checkPaths(FixedWideString text)
 {
     const QString path = text.toBackslashes().toQString();
-    // After the server of a network path a search starts past the end. A fixed string starts at 0.
-    const bool endsWithServer = path.mid(1, 1) == QString(backslash)
-                                && path.indexOf(backslash, path.indexOf(backslash, 2) + 1) < 0;
-    if (endsWithServer || path.size() == FixedWideString::capacity)
-        return;
     FixedWideString other = text;
-    EXPECT_EQ(plain(parentFolder(path, backslash)), plain(parentFolderFixed(other)));
-    EXPECT_EQ(plain(normalizePath(path)), plain(normalizePathFixed(text)));
+    EXPECT_EQ(parentFolder(path, backslash), parentFolderFixed(other).toQString());
+    EXPECT_EQ(normalizePath(path), normalizePathFixed(text).toQString());
 }
 
 } // namespace
@@ -70,12 +65,12 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
     const Plain text = takeText(data);
     SCOPED_TRACE(testing::PrintToString(text));
     checkFixedString(text, takeText(data), takeText(data));
-    checkPaths(fixed(text));
+    checkPaths(fixed(text).left(FixedWideString::capacity - 1)); // with room for a backslash
     // "&amp;" is decoded after the names and before the numbers.
     Plain decoded = replaceAll(text, u"&amp;#196;", u"\xC4");
     decoded = replaceAll(replaceAll(decoded, u"&#196;", u"\xC4"), u"&lt;", u"<");
     decoded = replaceAll(decoded, u"&amp;", u"&");
-    EXPECT_EQ(plain(fixed(decoded)), plain(decodeEntities(fixed(text).toQString())));
+    EXPECT_EQ(fixed(decoded).toQString(), decodeEntities(fixed(text).toQString()));
     if (testing::Test::HasFailure())
         std::abort();
     return 0;

@@ -2,21 +2,21 @@
 #pragma once
 
 #include "text/fixed_string.h"
+#include "text/white_space.h"
 
 #include <QFile>
 #include <QStringList>
 
 #include <gtest/gtest.h>
 
-inline QString latin1(const char *text) { return QString::fromLatin1(text); }
+#include <functional>
+#include <map>
 
-// Texts that GoogleTest can print.
+inline QString latin1(const char *text) { return QString::fromLatin1(text); }
 inline std::string plain(const QString &text) { return text.toUtf8().constData(); }
-template <typename Unit, qint32 Capacity>
-std::string plain(const FixedString<Unit, Capacity> &text)
-{
-    return plain(text.toQString());
-}
+
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest prints a QString with it
+inline void PrintTo(const QString &text, std::ostream *out) { *out << '"' << plain(text) << '"'; }
 
 inline QString contentOf(const char *file)
 {
@@ -27,17 +27,18 @@ inline QString contentOf(const char *file)
 
 inline QStringList linesOf(const char *file) { return contentOf(file).split(QLatin1Char('\n')); }
 
-/// Expects from `function` the results of its rows "name | case | text | result".
-template <typename Function>
-void expectResults(const char *name, Function function)
+using TextFunctions = std::multimap<std::string, std::function<QString(const QString &)>>;
+
+/// Expects the results of all rows "function | case | text | result" of a table.
+inline void expectResults(const char *table, const TextFunctions &functions)
 {
-    int count = 0;
-    for (const QString &line : linesOf("text_functions.txt")) {
+    for (const QString &line : linesOf(table).filter(QRegExp(latin1("^[^#]")))) {
+        SCOPED_TRACE(plain(line));
         const QStringList row = line.split(QLatin1Char('|'));
-        if (row.at(0).trimmed() != latin1(name))
-            continue;
-        EXPECT_EQ(plain(row.at(3).trimmed()), plain(function(row.at(2).trimmed()))) << plain(line);
-        ++count;
+        ASSERT_EQ(4, row.size());
+        const auto named = functions.equal_range(plain(trimmedText(row.at(0))));
+        ASSERT_TRUE(named.first != named.second) << "no test asks for this function";
+        for (auto it = named.first; it != named.second; ++it)
+            EXPECT_EQ(trimmedText(row.at(3)), it->second(trimmedText(row.at(2))));
     }
-    EXPECT_NE(0, count) << name;
 }
