@@ -22,8 +22,14 @@ TOOL = "kxDeleteOldFiles"
 INSTALLED = rf"X:\suite\bin\win64\{TOOL}.exe"
 LOST = r"X:\lost.exe"  # the program, but no installation around it
 OLD, YOUNG = 30, 1  # days; the default limit is 14
-BANNER = Path(__file__).with_name("banner.txt").read_text()
 PIPES = {"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT}
+
+
+def text(name: str) -> str:
+    return Path(__file__).with_name(name).read_text()
+
+
+BANNER = text("banner.txt")
 
 
 class Run(NamedTuple):
