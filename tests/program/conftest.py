@@ -22,14 +22,14 @@ TOOL = "kxDeleteOldFiles"
 INSTALLED = rf"X:\suite\bin\win64\{TOOL}.exe"
 LOST = r"X:\lost.exe"  # the program, but no installation around it
 OLD, YOUNG = 30, 1  # days; the default limit is 14
-PIPES = {"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT}
 
 
 def text(name: str) -> str:
     return Path(__file__).with_name(name).read_text()
 
 
-BANNER = text("banner.txt")
+VERSION = re.findall(r" VERSION (\S+) ", (ROOT / "CMakeLists.txt").read_text())[0]
+BANNER = text("banner.txt").replace("@VERSION@", VERSION)
 
 
 class Run(NamedTuple):
@@ -56,14 +56,14 @@ def tree(folder: Path = SWEPT) -> list[str]:
 
 def start(*arguments: str, program: str = INSTALLED, cwd: Path = X) -> subprocess.Popen[bytes]:
     """Starts the program. Signals reach the program itself."""
-    return subprocess.Popen(["wine", program, *arguments], cwd=cwd, **PIPES)
+    return subprocess.Popen(["wine", program, *arguments], cwd=cwd, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
 
 def finish(process: subprocess.Popen[bytes]) -> Run:
     """Waits for the program's end, and checks what all runs have in common."""
-    output = process.stdout.read().decode("latin1")
-    code = process.wait(60)
-    print(f"> {process.args}\n{output}(exit code {code}; left: {tree()})")
+    output = process.communicate(timeout=60)[0].decode("latin1")
+    print(f"> {process.args!r}\n{output}(exit code {process.returncode}; left: {tree()})")
     assert "\n" not in output.replace("\r\n", "")
     output = output.replace("\r\n", "\n")
     assert output.startswith(BANNER)
@@ -71,7 +71,7 @@ def finish(process: subprocess.Popen[bytes]) -> Run:
     for shown in re.findall(r" is ([\d ]+) MiB\n\n", output):
         if shown != "1000" and abs(int(shown.replace(" ", "")) - free) < 1000:
             output = output.replace(f" is {shown} MiB", " is # MiB")
-    return Run(output.removeprefix(BANNER), code)
+    return Run(output.removeprefix(BANNER), process.returncode)
 
 
 def run(*arguments: str, program: str = INSTALLED, cwd: Path = X) -> Run:

@@ -15,15 +15,16 @@ COMMAND = ("-do", "14", r"X:\test\s*")
 
 @contextlib.contextmanager
 def stopped_in(folder: str, *arguments: str) -> Iterator[subprocess.Popen[bytes]]:
-    """A run that is stopped while it deletes the files 1000 to 1499 of a folder."""
-    make(*(f"{folder}/{number}" for number in range(1000, 1500)))
+    """A run that is stopped while it deletes the files 1000 to 2999 of a folder."""
+    make(*(f"{folder}/{number}" for number in range(1000, 3000)))
     process = start(*arguments)
     try:
-        while (SWEPT / folder / "1000").exists() and process.poll() is None:
+        ended = os.WEXITED | os.WNOWAIT  # the process stays, so it can still be sent a signal
+        while (SWEPT / folder / "1000").exists() and not os.waitid(os.P_PID, process.pid, ended | os.WNOHANG):
             pass
         process.send_signal(signal.SIGSTOP)
-        os.waitid(os.P_PID, process.pid, os.WSTOPPED | os.WEXITED | os.WNOWAIT)
-        assert (SWEPT / folder / "1499").exists(), "it was not stopped in time"
+        os.waitid(os.P_PID, process.pid, ended | os.WSTOPPED)
+        assert (SWEPT / folder / "2999").exists(), "it was not stopped in time"
         yield process
     finally:
         process.kill()
@@ -31,11 +32,11 @@ def stopped_in(folder: str, *arguments: str) -> Iterator[subprocess.Popen[bytes]
 
 def test_the_listing_decides_on_what_changes_later() -> None:
     with stopped_in("full", *COMMAND) as process:
-        (SWEPT / "full/1499").unlink()
-        make("full/1498", "full/another", days=YOUNG)
+        (SWEPT / "full/2999").unlink()
+        make("full/2998", "full/another", days=YOUNG)
         process.send_signal(signal.SIGCONT)
         output = finish(process).output
-    assert "\n  500 files deleted" in output
+    assert "\n  2000 files deleted" in output
     assert "Error deleting folder X:\\test\\swept\\full:Error 145: Directory is not" in output
     assert tree() == ["full", "full/another"]
 
@@ -45,7 +46,7 @@ def test_a_killed_run_has_printed_its_reports_and_the_next_goes_on(folder: str, 
     make("a/in/", f"{folder}/")
     with stopped_in("c/in", "-do", "14", r"X:\test\swept\*\in") as process:
         process.kill()
-        assert process.stdout.read().decode().endswith(end)
+        assert process.communicate()[0].decode().endswith(end)
     assert run(*COMMAND).code == 0
     assert tree() == []
 

@@ -3,8 +3,9 @@
 
 #include "sweep/windows_api.h"
 
+#include <QFile>
+
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 
@@ -14,9 +15,10 @@ namespace fs = std::filesystem;
 inline void makeFile(const fs::path &path, int daysOld, const char *content = "")
 {
     fs::create_directories(path.parent_path());
-    std::FILE *file = _wfopen(path.c_str(), L"wb");
-    std::fputs(content, file);
-    std::fclose(file);
+    QFile file(QString::fromStdWString(path.wstring()));
+    file.open(QIODevice::WriteOnly);
+    file.write(content);
+    file.close();
     fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(24 * daysOld));
 }
 
