@@ -1,6 +1,6 @@
 #include "app/banner.h"
 
-#include "version.h"
+#include "app/version.h"
 #include "sweep/console.h"
 
 void printBanner()

@@ -36,7 +36,7 @@ suppressed=(
 list_files '*.cpp' ':!tests/*fuzz*'
 cppcheck --quiet --std=c++17 --platform=win64 --library=qt --library=windows --library=googletest \
   --enable=warning,style,performance,portability --error-exitcode=1 "${suppressed[@]}" \
-  -D_WIN32 -I . "${files[@]}"
+  -D_WIN32 -I . -I build/windows/generated "${files[@]}"
 echo "== clang-tidy"
 gcc=$(x86_64-w64-mingw32-g++-posix -print-libgcc-file-name)
 cross=(--target=x86_64-w64-windows-gnu -Wno-unknown-warning-option)
