@@ -1,6 +1,7 @@
 // The benchmark's floor: the Windows calls that a sweep of a folder tree needs, in the tool's
-// order, and nothing else. It writes no report and builds no texts; on the heap it keeps only the
-// list of a folder's entries. The tool's time beyond the floor's is its own.
+// order, and nothing else. It writes no report and builds no text but the path; on the heap it
+// keeps only this path and the list of a folder's entries. The tool's time beyond the floor's is
+// its own.
 //
 // usage: floor FOLDER DAYS [--no-reset]
 //
@@ -8,45 +9,26 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <cwchar>
+#include <string>
 #include <vector>
 
 namespace {
 
 constexpr std::size_t longPathLength = 240;
+constexpr std::size_t prefixLength = 4;
 constexpr unsigned long long ticksUntil1970 = 116444736000000000u;
 constexpr unsigned long long ticksPerSecond = 10000000;
 constexpr long long secondsPerDay = 86400;
 
-/// The current path, stored after the long-path prefix so that both forms are at hand.
-struct Path
+/// The current path after the long-path prefix, so that both forms are at hand. Windows gets the
+/// plain one below `plainBelow` units.
+const wchar_t *text(const std::wstring &path, std::size_t plainBelow = longPathLength)
 {
-    const wchar_t *text(std::size_t plainBelow) const
-    {
-        return length < plainBelow ? units + prefixLength : units;
-    }
-
-    /// Puts a backslash and `name` after the first `folderLength` units.
-    void set(std::size_t folderLength, const wchar_t *name)
-    {
-        const std::size_t nameLength = std::wcslen(name);
-        wchar_t *end = units + prefixLength + folderLength;
-        *end = L'\\';
-        std::wmemcpy(end + 1, name, nameLength + 1);
-        length = folderLength + 1 + nameLength;
-    }
-
-    void cut(std::size_t folderLength)
-    {
-        length = folderLength;
-        units[prefixLength + length] = L'\0';
-    }
-
-    static constexpr std::size_t prefixLength = 4;
-    wchar_t units[1024] = L"\\\\?\\";
-    std::size_t length = 0; // without the prefix
-};
+    return path.c_str() + (path.size() - prefixLength < plainBelow ? prefixLength : 0);
+}
 
 struct Entry
 {
@@ -105,35 +87,36 @@ bool removeFile(const wchar_t *path, bool reset)
     return DeleteFileW(path) != 0;
 }
 
-bool removeFolder(const Path &path)
+bool removeFolder(const std::wstring &path)
 {
     wchar_t full[1024]; // QDir::rmdir makes this call too
-    GetFullPathNameW(path.units + Path::prefixLength, 1024, full, nullptr);
-    return RemoveDirectoryW(path.units) != 0;
+    GetFullPathNameW(path.c_str() + prefixLength, 1024, full, nullptr);
+    return RemoveDirectoryW(path.c_str()) != 0;
 }
 
-bool sweep(Path &path, long long maxAge, bool reset, bool removeIfEmpty)
+bool sweep(std::wstring &path, long long maxAge, bool reset, bool removeIfEmpty)
 {
-    if (!hasAttributes(path.text(longPathLength), true))
+    if (!hasAttributes(text(path), true))
         return true;
-    hasAttributes(path.text(longPathLength), false); // the tool's listing checks this
-    const std::size_t folderLength = path.length;
+    hasAttributes(text(path), false); // the tool's listing checks this
+    const std::size_t folderLength = path.size();
     Listing listing;
-    path.set(folderLength, L"*");
-    read(listing, path.text(longPathLength + 1));
+    path += L"\\*";
+    read(listing, text(path, longPathLength + 1));
     const long long now = _time64(nullptr);
 
     bool nothingLeft = true;
     for (const Entry &entry : listing.entries) {
-        path.set(folderLength, listing.names.data() + entry.name);
+        path.resize(folderLength + 1); // with the backslash
+        path += listing.names.data() + entry.name;
         if (entry.isFolder)
             nothingLeft &= sweep(path, maxAge, reset, true);
         else if (now <= entry.time + maxAge)
             nothingLeft = false;
         else
-            nothingLeft &= removeFile(path.text(longPathLength), reset);
+            nothingLeft &= removeFile(text(path), reset);
     }
-    path.cut(folderLength);
+    path.resize(folderLength);
     return nothingLeft && removeIfEmpty ? removeFolder(path) : nothingLeft;
 }
 
@@ -143,14 +126,12 @@ int main(int argc, char **argv)
 {
     if (argc < 3)
         return 2;
-    Path path;
-    for (const char *unit = argv[1]; *unit != '\0'; ++unit)
-        path.units[Path::prefixLength + path.length++] = static_cast<unsigned char>(*unit);
-    path.cut(path.length);
-    if (!hasAttributes(path.text(longPathLength), true))
+    std::wstring path = L"\\\\?\\";
+    path.append(argv[1], argv[1] + std::strlen(argv[1]));
+    if (!hasAttributes(text(path), true))
         return 1;
     sweep(path, std::atoi(argv[2]) * secondsPerDay, argc == 3, false);
     ULARGE_INTEGER bytes;
-    GetDiskFreeSpaceExW(path.units + Path::prefixLength, &bytes, &bytes, &bytes);
+    GetDiskFreeSpaceExW(path.c_str() + prefixLength, &bytes, &bytes, &bytes);
     return 0;
 }

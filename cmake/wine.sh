@@ -71,16 +71,11 @@ seal() {
   fi
 }
 
-stop_server() {
+if [ "${1:-}" = --stop ] || [ ! -e "$WINEPREFIX/complete" ]; then
   [ ! -d "$WINEPREFIX" ] || wineserver -k || true # none is running
-}
-
-if [ "${1:-}" = --stop ]; then
-  stop_server
-  exit
 fi
+[ "${1:-}" != --stop ] || exit 0
 if [ ! -e "$WINEPREFIX/complete" ]; then
-  stop_server # of an interrupted run
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
   timeout -k 10 300 wine wineboot --init </dev/null
