@@ -6,7 +6,8 @@ rem     1  there is no program, or the program found no installation
 rem     2  the report lists errors
 rem     4  the log cannot be written, another run uses it, or the variable LOCALAPPDATA is missing
 rem     5  the program ended with 0, but its report starts no folder, so nothing was swept
-rem Any other code is the program's own: 3 when the days are not a number, -1 for too few arguments.
+rem Any other code is the program's own: 3 when the days are not a number, -1 for too few arguments. When
+rem Windows does not start the program, for instance because of a policy, the code is that of cmd.
 setlocal EnableExtensions DisableDelayedExpansion
 
 rem Without this variable the lines below could name \Temp of whatever drive is the current one.
@@ -41,11 +42,12 @@ move /y "%report%.copy" "%log%.killed" >nul
 rem A log of 10,000,000 bytes or more is kept once, as LOG.old.
 if exist "%log%" for %%f in ("%log%") do if %%~zf geq 10000000 move /y "%log%" "%log%.old" >nul
 
-rem The command goes to the log before the program starts: nothing is deleted that could not be logged.
+rem The command goes to the log before the program starts: nothing is deleted that could not be logged. If
+rem that fails, its report is deleted, because the next run would take it for that of a killed run.
 if not exist "%log%" type nul >"%log%"
 >"%report%" echo %date% %time% "%program%" %arguments%
 copy /y /b "%log%"+"%report%" "%log%" >nul
-if errorlevel 1 goto no_log
+if errorlevel 1 del "%report%"& goto no_log
 del "%report%"
 if not exist "%program%" echo No program: neither at this path nor beside this file.>>"%log%"& exit /b 1
 

@@ -4,10 +4,14 @@ rem the folder. It touches nothing outside that folder. It ends with 0 when the 
 rem machine. Otherwise each reason is a line that begins with "Differs:", and it ends with 1. This file
 rem belongs in the installation's folder bin\win64 or job.
 rem
+rem Before the program runs, this file waits for a key; "try_it <nul" does not wait. After Ctrl-C there, the
+rem folder kx_try_... stays in %TEMP%.
+rem
 rem In the tree, "old" files and folders must be deleted, and those that begin with "keep" must stay. What
 rem this machine cannot make is left out and named. Wine's PowerShell does nothing, and Wine makes no
-rem junction. So only Windows can show that the files become old, that the name with umlauts is deleted, and
-rem that the program follows the junction.
+rem junction. So only Windows can show that the files become old, that hidden files and the name with umlauts
+rem are deleted, that the program follows the junction, and that rd removes the junction and not what it
+rem leads to.
 setlocal EnableExtensions DisableDelayedExpansion
 
 set "program=%~dp0kxDeleteOldFiles.exe"
@@ -15,7 +19,7 @@ if not exist "%program%" set "program=%~dp0..\bin\win64\kxDeleteOldFiles.exe"
 if not exist "%program%" echo Differs: there is no program beside this file or in bin\win64.& exit /b 1
 
 rem The Temp folder of SYSTEM is one that users can write to. A user could put a link into the tree there, and
-rem the program would follow it.
+rem the program would follow it. Elsewhere, start this file with a TEMP that only you can write to.
 if "%TEMP%"=="" echo Differs: the variable TEMP is missing.& exit /b 1
 if not exist "%TEMP%\" echo Differs: there is no folder "%TEMP%".& exit /b 1
 for %%f in ("%TEMP%\.") do set "TEMP=%%~ff"
@@ -66,7 +70,7 @@ dir /s /b /a "%trial%\keep*" >"%trial%\stay.txt"
 move "%trial%\move" "%swept%\old long path\%half%" >nul
 if exist "%swept%\old long path\%half%\move" (set /a old_files+=1) else echo Left out: a long path.
 
-echo The tree:
+echo The tree (Windows may say in it that a directory name is too long; that is expected):
 dir /s /b /a "%swept%"
 echo The program now cleans the folder "%swept%".
 pause
@@ -78,11 +82,23 @@ echo What is left:
 dir /s /b /a "%swept%"
 
 if not "%code%"=="0" echo Differs: the program ended with exit code %code%.& set works=& goto remove
+
+rem The program takes the directory in the system's code page and reads it as Latin-1. When that changes a
+rem letter, it finds no folder.
+set "find=%SystemRoot%\System32\find.exe"
+"%find%" "Warning: directory " <"%trial%\report.txt" >nul
+if errorlevel 1 goto compare
+echo Differs: the program cannot take the name of this folder.
+echo Set TEMP to a folder with an ASCII name.
+set works=
+goto remove
+
+:compare
 for /f "usebackq delims=" %%f in ("%trial%\go.txt") do ^
   if exist "%%f" echo Differs: %%f is left.>>"%differs%"
 for /f "usebackq delims=" %%f in ("%trial%\stay.txt") do ^
   if not exist "%%f" echo Differs: %%f is gone.>>"%differs%"
-"%SystemRoot%\System32\find.exe" "  %old_files% files deleted (" <"%trial%\report.txt" >nul
+"%find%" "  %old_files% files deleted (" <"%trial%\report.txt" >nul
 if errorlevel 1 echo Differs: the report does not say that %old_files% files were deleted.>>"%differs%"
 if exist "%differs%" type "%differs%"& set works=
 
