@@ -17,6 +17,7 @@ def rows(heading: str, pattern: str) -> list[tuple[str, ...]]:
     """What a pattern finds in the table of a section. Each row must fit, but titles in bold."""
     section = TEXT.split(f"# {heading}\n")[1].split("\n## ")[0]
     table = re.findall(r"^\| [^*].*", section, re.MULTILINE)
+    assert table[1:], heading
     return [re.fullmatch(pattern, row).groups("") for row in table[1:]]
 
 
