@@ -16,9 +16,10 @@ FOLDERS = Path(__file__).with_name("manual_folders.txt")  # days of age, KiB, pa
 def rows(heading: str, pattern: str) -> list[tuple[str, ...]]:
     """What a pattern finds in the table of a section. Each row must fit, but titles in bold."""
     section = TEXT.split(f"# {heading}\n")[1].split("\n## ")[0]
-    table = re.findall(r"^\| [^*].*", section, re.MULTILINE)
-    assert table[1:], heading
-    return [re.fullmatch(pattern, row).groups("") for row in table[1:]]
+    titles_and_rows = re.findall(r"^\| [^*].*", section, re.MULTILINE)
+    found = re.findall(f"^{pattern}$", section, re.MULTILINE)
+    assert 0 < len(found) == len(titles_and_rows) - 1, heading
+    return found
 
 
 MISTAKES = rows("Mistakes on the command line", r"\| `(.*)` \| `(.*)` \|")
