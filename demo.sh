@@ -31,7 +31,7 @@ lay_out_sample() {
 END
   mkdir -p "$users/Max Müller/$temp/empty/empty too"
   chmod a-w "$users/maria/$temp/readonly.ini"
-  "$wine" sealed attrib +H 'Y:\Users\maria\AppData\Local\Temp\hidden.ini'
+  timeout --foreground 60 "$wine" sealed attrib +H 'Y:\Users\maria\AppData\Local\Temp\hidden.ini'
 }
 
 # Lists every file with its date and its size in bytes. Folders end with a slash.

@@ -60,7 +60,7 @@ class Bench:
         self.server = measure.start_server()
         self.drawing: picture.Drawing = {share: {"tool": {}, "rival": {}} for share in FILES}
 
-    def measured(self, how: Callable[[int, list[str]], Any], name: str, tree: trees.Tree) -> Any:
+    def measured(self, how: Callable[[measure.Server, list[str]], Any], name: str, tree: trees.Tree) -> Any:
         """Makes the tree, returns what `how` measures of the program, and checks what is left."""
         shutil.rmtree(self.root, ignore_errors=True)
         trees.create(tree, self.root, time.time())
@@ -81,10 +81,6 @@ class Bench:
         return {name: [turn[name] for turn in turns] for name in names}
 
 
-def median_cpu(costs: list[Cost]) -> float:
-    return statistics.median(cost.cpu for cost in costs)
-
-
 def median_ratio(costs: list[Cost], base: list[Cost], field: str = "cpu") -> float:
     """The median of the ratios of each round."""
     return statistics.median(
@@ -97,10 +93,11 @@ def table(heads: Row, rows: list[Row]) -> str:
 
 
 def bar(what: str, limit: float, values: list[float], form: str = "{:.2f}") -> Row:
-    """A row of the table of bars: what, the bar, and the range of the measured values."""
+    """A row of the table of bars: what, the bar, and the range of the measured values, rounded."""
     low, high = form.format(min(values)), form.format(max(values))
     shown = high if low == high else f"{low} to {high}"
-    return [what, form.format(limit), shown if max(values) <= limit else f"**{shown}, missed**"]
+    is_missed = max(values) > limit and high != form.format(limit)
+    return [what, form.format(limit), f"**{shown}, missed**" if is_missed else shown]
 
 
 def time_section(bench: Bench) -> Section:
@@ -133,7 +130,8 @@ def growth_section(bench: Bench) -> Section:
         trials = [bench.in_turn(names, trees.generate(shape, count, "half"), GROWTH_ROUNDS)
                   for count in GROWTH_FILES]
         for name in names:
-            spent = [median_cpu(costs[name]) - median_cpu(start[name]) for costs in trials]
+            medians = [statistics.median(cost.cpu for cost in costs[name]) for costs in (start, *trials)]
+            spent = [median - medians[0] for median in medians[1:]]
             # The slope of a straight line through the points on logarithmic axes.
             slope = statistics.linear_regression(
                 [log(count) for count in GROWTH_FILES], [log(seconds) for seconds in spent]).slope
@@ -194,15 +192,9 @@ def million_section(bench: Bench) -> Section:
             [bar("peak memory for one million files in 1,000 folders", 250, [peak], "{:.0f} MiB")])
 
 
-SECTIONS: dict[str, Callable[[Bench], Section]] = {
-    "time": time_section,
-    "growth": growth_section,
-    "memory": memory_section,
-    "calls": calls_section,
-    "start": start_section,
-    "size": size_section,
-    "million": million_section,
-}
+SECTIONS = {section.__name__.removesuffix("_section"): section for section in (
+    time_section, growth_section, memory_section, calls_section, start_section, size_section,
+    million_section)}
 
 
 def write(path: str, text: str) -> None:
@@ -215,6 +207,8 @@ def write_report(report: str, drawing: picture.Drawing, to_page: bool) -> None:
     write(REPORT, report)
     if drawing["none"]["tool"]:
         picture.draw(drawing, REPORT.replace(".md", ".svg"))
+    else:
+        print("no picture: the times were not measured")
     if to_page:
         with open(PAGE, encoding="utf-8") as page:
             before, rest = page.read().split(BEGIN)
@@ -263,8 +257,10 @@ def main() -> None:
     with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
         subprocess.run(["ln", "-sfn", folder, "bench"], check=True)
         bench = Bench(folder, options.rounds)
-        sections = measure_sections(bench, [options.only] if options.only else names)
-        os.unlink("bench")
+        try:
+            sections = measure_sections(bench, [options.only] if options.only else names)
+        finally:
+            os.unlink("bench")
     command = shlex.join(["./dev", "bench", *sys.argv[1:]])
     system = platform.freedesktop_os_release()["PRETTY_NAME"]
     wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True).stdout.strip()

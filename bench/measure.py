@@ -4,38 +4,38 @@ import resource
 import signal
 import subprocess
 import time
-from dataclasses import dataclass
+from typing import NamedTuple
 
+Server = subprocess.Popen[bytes]
 QUIET = ["timeout", "1800"]  # seconds; for runs whose time is not measured
 
 
-@dataclass(frozen=True)
-class Cost:
+class Cost(NamedTuple):
     wall: float  # seconds
     cpu: float  # seconds, of the program and of the Wine server during the run
 
 
-def start_server() -> int:
-    """Starts the Wine server as a child, which has our core, and returns its process id."""
+def start_server() -> Server:
+    """Starts the Wine server as a child, which has our core."""
     subprocess.run(["wineserver", "-k"], check=False)  # fails when none is running
     subprocess.run(["wineserver", "-w"], check=True)
-    server = subprocess.Popen(["wineserver", "-f", "-p"])
+    server = subprocess.Popen(["wineserver", "-f", "-p"], stdout=subprocess.DEVNULL)
     _run_quietly("wine", "cmd", "/c", "exit")  # also starts Wine's services
-    return server.pid
+    return server
 
 
 def _run_quietly(*command: str) -> None:
     subprocess.run([*QUIET, *command], check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
 
 
-def _cpu(server: int) -> float:
+def _cpu(server: Server) -> float:
     """Processor time of the server and of all programs that have ended."""
     programs = resource.getrusage(resource.RUSAGE_CHILDREN)
-    with open(f"/proc/{server}/schedstat", encoding="ascii") as stat:
+    with open(f"/proc/{server.pid}/schedstat", encoding="ascii") as stat:
         return programs.ru_utime + programs.ru_stime + int(stat.read().split()[0]) / 1e9
 
 
-def run(server: int, command: list[str], expected_exit: int = 0) -> tuple[Cost, str]:
+def run(server: Server, command: list[str], expected_exit: int = 0) -> tuple[Cost, str]:
     """Runs a program and returns its cost and its output."""
     with open("output.txt", "w+b") as output:
         cpu, start = _cpu(server), time.perf_counter()
@@ -45,12 +45,12 @@ def run(server: int, command: list[str], expected_exit: int = 0) -> tuple[Cost, 
         cost = Cost(wall, _cpu(server) - cpu)
         output.seek(0)
         text = output.read().decode("latin1")
-    if exit_code != expected_exit:
+    if exit_code != expected_exit or server.poll() is not None:
         raise SystemExit(f"bench: {command} ended with {exit_code}\n{text}")
     return cost, text
 
 
-def peak_memory(_server: int, command: list[str]) -> int:
+def peak_memory(_server: Server, command: list[str]) -> int:
     """Returns the peak memory of a run, in bytes."""
     # Through GNU time: a child of this process would start with this process's memory as its peak.
     _run_quietly("time", "-q", "-f", "%M", "-o", "peak.txt", "wine", *command)
@@ -58,10 +58,10 @@ def peak_memory(_server: int, command: list[str]) -> int:
         return int(peak.read()) * 1024
 
 
-def system_calls(server: int, command: list[str]) -> int:
+def system_calls(server: Server, command: list[str]) -> int:
     """Returns the number of system calls that a run makes, those of the server included."""
     strace = ["strace", "-qq", "-f", "-c", "-U", "calls,name", "-o"]
-    attached = subprocess.Popen([*strace, "server.txt", "-p", str(server)])
+    attached = subprocess.Popen([*strace, "server.txt", "-p", str(server.pid)])
     time.sleep(0.5)
     _run_quietly(*strace, "program.txt", "wine", *command)
     time.sleep(0.2)

@@ -3,14 +3,13 @@
 import os
 import random
 from dataclasses import dataclass
+from itertools import accumulate
 
 SHAPES = ("flat", "wide", "deep", "mixed")
 SHARES = {"none": 0.0, "half": 0.5, "all": 1.0}  # of the files that are old
 
 OLD = 30 * 86400  # seconds before now
 NEW = 2 * 86400
-
-DEEP_LEVELS = 60
 
 
 @dataclass(frozen=True)
@@ -22,12 +21,11 @@ class Tree:
 
     def left(self):
         """Returns the paths that must stay: young files and the folders above them."""
-        kept = {path for path, _, old in self.files if not old}
-        for path in list(kept):
-            folder = os.path.dirname(path)
-            while folder and folder not in kept:
-                kept.add(folder)
-                folder = os.path.dirname(folder)
+        kept = set()
+        for path, _, old in self.files:
+            while path and not old and path not in kept:
+                kept.add(path)
+                path = os.path.dirname(path)
         return kept
 
     def old_count(self):
@@ -37,12 +35,8 @@ class Tree:
 def _deep_folders():
     # 232 units together. After X:\bench\tree the last levels pass 240 units, and their files stay
     # below 260, where the rival's library gives up.
-    folders = []
-    path = ""
-    for level in range(DEEP_LEVELS):
-        path = os.path.join(path, f"{level:02}x" if level < 52 else f"{level:02}")
-        folders.append(path)
-    return folders
+    levels = [f"{level:02}x" if level < 52 else f"{level:02}" for level in range(60)]
+    return list(accumulate(levels, os.path.join))
 
 
 def _mixed_folders(count, rng):
@@ -92,9 +86,5 @@ def create(tree, root, now):
 
 
 def paths_below(root):
-    found = set()
-    for folder, folders, files in os.walk(root):
-        inside = os.path.relpath(folder, root)
-        for name in folders + files:
-            found.add(os.path.normpath(os.path.join(inside, name)))
-    return found
+    return {os.path.join(folder, name)[len(root) + 1:]
+            for folder, folders, files in os.walk(root) for name in folders + files}

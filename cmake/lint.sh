@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # list_files PATTERN...: fills `files` with what git knows, or ends this script when that is nothing.
 list_files() {
-  mapfile -t files < <(git ls-files "$@")
+  mapfile -t files < <(git -c safe.directory="$PWD" ls-files "$@")
   [ "${#files[@]}" != 0 ] || { echo "lint.sh: git lists no files for: $*"; exit 1; }
 }
 

@@ -85,9 +85,8 @@ fetch_sources() {
 }
 
 build() {
-  local jobs
-  jobs=$(nproc)
-  export MAKEFLAGS=-j$jobs
+  MAKEFLAGS=-j$(nproc)
+  export MAKEFLAGS
   mkdir "$work/build"
   cd "$work/build"
   ../source/configure -device-option "CROSS_COMPILE=$toolchain/bin/ucrt64-" "${flags[@]}" \
@@ -129,7 +128,7 @@ files_of "$work/stage/qtcore" >"$work/FILES"
 mv "$work/FILES" "$work/stage/qtcore/"
 version=$(basename "$work"/download/*.dsc | sed 's/.*_\([0-9.]*\).*/\1/')
 folder=$cache/qtcore-$version-$key
-rm -rf "$folder"
+rm -rf "$cache"/qtcore-*-"$key"
 mv -T "$work/stage/qtcore" "$folder"
 rm -rf "$work"
 echo "$folder"

@@ -45,10 +45,11 @@ else
   drives+=([x:]=$scratch [y:]=$root/build/demo [unc/server/share]=$scratch/share)
 fi
 
-# Removes every link but the drives above, adds the missing drives, and fails when the prefix then has
-# other links. Wine itself links the user's folders (Desktop, Documents ...) to those of the real home,
+# Removes every link but the drives above and adds the missing drives. Ends this script when the prefix then
+# has other links. Wine itself links the user's folders (Desktop, Documents ...) to those of the real home,
 # and serial ports to devices.
-make_links() (
+seal() (
+  set +e # the comparison at the end decides
   cd "$WINEPREFIX" || exit
   mkdir -p "$scratch/share" "$root/build/demo"
   find drive_c -type l -exec rm {} \; -exec mkdir {} \;
@@ -60,16 +61,10 @@ make_links() (
     [ -L "dosdevices/$name" ] || ln -s "${drives[$name]}" "dosdevices/$name"
   done
   wanted=$(for name in "${!drives[@]}"; do echo "dosdevices/$name ${drives[$name]}"; done | sort)
-  [ "$(find . -type l -printf '%P %l\n' | sort)" = "$wanted" ]
+  [ "$(find . -type l -printf '%P %l\n' | sort)" = "$wanted" ] && exit
+  echo "wine.sh: links lead out of $WINEPREFIX and cannot be removed; nothing is run" >&2
+  exit 1
 )
-
-# Removes foreign links from the prefix, or ends this script.
-seal() {
-  if ! make_links; then
-    echo "wine.sh: links lead out of $WINEPREFIX and cannot be removed; nothing is run" >&2
-    exit 1
-  fi
-}
 
 if [ "${1:-}" = --stop ] || [ ! -e "$WINEPREFIX/complete" ]; then
   [ ! -d "$WINEPREFIX" ] || wineserver -k || true # none is running

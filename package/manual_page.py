@@ -6,15 +6,12 @@ usage: manual_page.py MANUAL STYLE-SHEET VERSION >PAGE
 import re
 import subprocess
 import sys
+from pathlib import Path
 
 
 def anchor(heading: str) -> str:
     """The id that a heading has on GitHub, so that the manual's links work in both places."""
     return re.sub(r"[^\w -]", "", re.sub(r"<[^>]*>", "", heading).lower()).replace(" ", "-")
-
-
-def add_anchors(body: str) -> str:
-    return re.sub(r"<(h[23])>(.*?)</\1>", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</{m[1]}>', body)
 
 
 def keep_short_code_whole(body: str) -> str:
@@ -41,20 +38,19 @@ def main() -> None:
     manual, style, version = sys.argv[1:]
     body = subprocess.run(["cmark-gfm", "--extension", "table", manual],
                           stdout=subprocess.PIPE, encoding="utf-8", check=True).stdout
-    body = add_anchors(body)
+    body = re.sub(r"<(h[23])>(.*?)</", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</', body)
     check_links(body)
     body = keep_short_code_whole(body)
     body = body.replace("<table>", '<div class="wide"><table>').replace("</table>", "</table></div>")
     title, rest = body.split("</h1>\n", 1)
-    with open(style, encoding="utf-8") as sheet:
-        page = f"""<!DOCTYPE html>
+    page = f"""<!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width">
 <title>kxDeleteOldFiles {version}: manual</title>
 <style>
-{sheet.read()}</style>
+{Path(style).read_text(encoding="utf-8")}</style>
 </head>
 <body>
 {title} {version}</h1>

@@ -23,20 +23,15 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 stage=$work/$name
 
-# upstream VERSION: a Debian package's version without Debian's own part.
-upstream() {
-  echo "${1%%[-+]*}"
-}
-
 # filled FILE: prints the file with the facts of this package in place of the names between "@".
 filled() {
-  local source system gcc mingw
-  source=$(cat "$qtcore/SOURCE")
+  local source qt gcc mingw system
+  source=$(cat "$qtcore/SOURCE") qt=${source#*_}
   system=$(sed -n 's/^PRETTY_NAME="\(.*\)"/\1/p' /etc/os-release)
   gcc=$(dpkg-query -W -f '${Version}' gcc-mingw-w64-base)
   mingw=$(dpkg-query -W -f '${Version}' mingw-w64-x86-64-dev)
   sed "s|@VERSION@|$version|; s|@DATE@|$date|; s|@NAME@|$name|; s|@SYSTEM@|$system|; s|@SOURCE@|$source|
-    s|@QTCORE@|$(upstream "${source#*_}")|; s|@GCC@|$(upstream "$gcc")|; s|@MINGW@|$(upstream "$mingw")|" "$1"
+    s|@QTCORE@|${qt%%+*}|; s|@GCC@|${gcc%%-*}|; s|@MINGW@|${mingw%%-*}|" "$1"
 }
 
 # dos [FILE...]: prints the files, or its input, with CR LF at the end of each line.
@@ -66,8 +61,10 @@ cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_opt
   cmake/{toolchain,qtcore}.sh package/relink.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
 cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
-if LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage"; then
-  echo "These files tell where they were made."
+# grep ends with 1 when it finds nothing, and with more when it could not search.
+found=$(LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage") || [ "$?" = 1 ]
+if [ -n "$found" ]; then
+  echo "These files tell where they were made: $found"
   exit 1
 fi
 

@@ -3,9 +3,8 @@
 #
 # usage: relink.sh TOOLCHAIN QTCORE PROGRAM
 #
-# TOOLCHAIN and QTCORE are the folders that toolchain.sh and qtcore.sh, beside this script, make on the
-# system that licences/notices.txt names. PROGRAM is the file to write. For your own library, copy the folder QTCORE, put the library
-# there as lib/libQt5Core.a, and name the copy here. qtcore.sh builds a changed original again.
+# TOOLCHAIN and QTCORE are folders that toolchain.sh and qtcore.sh make; licences/notices.txt tells how.
+# PROGRAM is the file to write.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
