@@ -8,7 +8,7 @@
 
 bool checkInstallRoot(int argc, char **argv)
 {
-    // Fixed: kept until the process ends, although this tool reads none of its folders.
+    // Fixed: kept until the process ends. This tool reads none of its folders.
     static const std::unique_ptr<InstallPaths> paths(new InstallPaths);
     QString rootLog;
     bool startedOutsideRoot = false;

@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr DWORD moduleNameBytes = 250;    // what fits; a longer name has no terminator
-constexpr DWORD currentFolderBytes = 249; // fixed; with the terminator
+constexpr DWORD moduleNameBytes = 250;    // the capacity; see appFolder for a longer name
+constexpr DWORD currentFolderBytes = 249; // fixed; the terminator included
 
 FixedNarrowString250 currentFolder()
 {

@@ -60,7 +60,7 @@ QString rootAboveProgram(int argc, char **argv)
     return twoFoldersUp(normalizePath(folder.toQString()));
 }
 
-/// Tests a candidate of the first three sources in its final spelling.
+/// Brings a candidate into its final spelling, logs it, and clears it when it is no root.
 void checkFinalSpelling(QString &candidate, QString &rootLog)
 {
     candidate.replace(QLatin1String("\\_internal_"), QLatin1String("\\_"));
@@ -102,7 +102,7 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
         candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
     if (candidate.isEmpty())
         candidate = rootAboveProgram(argc, argv);
-    checkFinalSpelling(candidate, rootLog); // fixed: of the first two sources a second time
+    checkFinalSpelling(candidate, rootLog); // fixed: tests the first two sources a second time
     if (candidate.isEmpty() && argc >= 1)
         candidate = rootFromProgramName(QString::fromLatin1(argv[0]));
     if (candidate.isEmpty())

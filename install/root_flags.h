@@ -12,6 +12,6 @@ QStringList rootFlagValues(int argc, char **argv);
 
 /// Sets the status folder from the last "-loadstatus" flag; empty without the flag. Entities are
 /// decoded in the value, not in the flag. A final quote of the value is dropped, and a trailing
-/// backslash added if it fits. A value that begins with ".." is relative to the installation root;
-/// a network share to which it leads has no trailing backslash.
+/// backslash added when it lacks one and there is room. A value that begins with ".." is relative
+/// to the installation root; a network share to which it leads has no trailing backslash.
 void readStatusFlags(InstallPaths &paths, int argc, char **argv);

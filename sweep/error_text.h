@@ -1,7 +1,7 @@
 // Windows' error codes as one line of text.
 //
 // Texts are in the user's language where Windows has them. Codes are shown as signed decimal
-// numbers. No code is without a text. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// numbers. A fixed interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"
@@ -13,7 +13,7 @@ constexpr quint32 useLastError = 0xFFFFFFFF;
 /// "Error 5: Access is denied.." for 5: the number, Windows' own words (FormatMessageW), and one
 /// more full stop (fixed). A final line break is dropped; others become blanks. 0 and 126 have
 /// fixed texts. A code without a message gets its exceptionCodeText or, when that is empty,
-/// "Error 5.". Truncated at 500 units.
+/// "Error ", its number and a full stop. So every code has a text. Truncated at 500 units.
 FixedWideString systemErrorText(quint32 code);
 
 /// The meaning of a structured-exception code, or the message of ntdll.dll for a status code

@@ -3,7 +3,7 @@
 // A path is silently truncated at 500 UTF-16 units. A path of 240 units or more is handed to
 // Windows with the long-path prefix, whose 4 or 6 units count too. A truncated path names whatever
 // has the shorter name. The tests for existence take any failure of Windows for "does not exist". A
-// fixed interface of the suite's tools, see CONTRIBUTING.md.
+// fixed interface of the suite's tools, see CONTRIBUTING.md; text/path.h belongs to it.
 #pragma once
 
 #include "sweep/file_time.h"

@@ -31,7 +31,7 @@ struct FolderState
 {
     TimeStamp now = 0;
     bool nothingLeft = true;
-    bool kept = false; // a file or a subfolder is still there, so the folder is not removed
+    bool kept = false; // a file or a swept subfolder is left, so the removal is not tried
 };
 
 /// The log for deletions, or null. A full log gets no more lines; otherwise it could end the run

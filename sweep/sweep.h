@@ -1,4 +1,5 @@
-// The sweep of one folder tree: deletes old files and subfolders that are left empty.
+// The sweep of one folder tree: deletes old files and subfolders that are left empty. A fixed
+// interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "sweep/file_time.h"
@@ -10,8 +11,9 @@
 /// folders that cannot be deleted do not stop it.
 ///
 /// folder          may end with a backslash. If it does not exist, the result is true
-/// removeIfEmpty   remove the folder itself unless a file or a swept subfolder is left in it. This
-///                 fails, with a line in `errors`, for an ignored or unvisited subfolder
+/// removeIfEmpty   remove the folder itself unless a file or a swept subfolder is left in it. With
+///                 only other subfolders left (ignored, or without `recurse`), the removal is
+///                 tried, fails, and adds a line to `errors`
 /// recurse         sweep the subfolders too, and remove each that is left empty. Links to folders
 ///                 are followed, and cycles are not detected
 /// maxAgeMinutes   0 or less deletes every file, whatever its age. In seconds it wraps at 32 bits
@@ -27,8 +29,6 @@
 ///
 /// Returns true when the folder is now empty as far as the sweep saw; with `removeIfEmpty`, true
 /// when it was also removed. Without `recurse` the sweep does not see subfolders.
-///
-/// A fixed interface of the suite's tools, see CONTRIBUTING.md.
 bool sweepFolder(const QString &folder, const bool &removeIfEmpty, const bool &recurse,
                  const qint32 &maxAgeMinutes, const QStringList *ignoreSuffixes, QString *errors,
                  qint32 *deletedCount, qint64 *deletedKiB, QString *log, const bool &namesOnly,

@@ -3,8 +3,8 @@
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
 // in the narrow variants). Text beyond the capacity is silently truncated. value[length] is always
 // 0. Units after that terminator mean nothing. clear, assignNarrow, zeroTail, insertAt, removeRange
-// and each replacement of replaceAllNoCase set them to 0; the other operations leave them.
-// Case-insensitive operations fold a to z only.
+// and each replacement of replaceAllNoCase set them to 0; assign copies them, and the other
+// operations leave them. Case-insensitive operations fold a to z only.
 //
 // A fixed interface of the suite's tools, see CONTRIBUTING.md, except toQString, lastIndexOfUnit,
 // addTrailingBackslash, and the functions and constants outside of the struct.

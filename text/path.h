@@ -26,12 +26,13 @@ constexpr qint32 longPathLength = 240;
 /// keeps its leading pair. Two dots and a separator at the end of a longer name are a ".." too.
 /// Directly after a placeholder such as <Root> nothing is folded.
 ///
-///     C:/a//b/../c returns C:/a/c
+///     C:/a//b/../c returns C:/a/c; ..\..\x returns x
 ///     ab\..\cd\..\e returns cd\..\e
 ///     \\srv\share\..\x returns \\srv\sharex
 QString normalizePath(QString path);
 
-/// The same, with every slash turned into a backslash first. Changes `path` and returns a copy.
+/// The same, with every slash turned into a backslash first. A path of one unit is returned
+/// unchanged. Changes `path` and returns a copy.
 FixedWideString normalizePathFixed(FixedWideString &path);
 
 /// The path one folder up, ending with the separator. A path whose second unit is a separator
