@@ -78,15 +78,10 @@ def run(*arguments: str, program: str = INSTALLED, cwd: Path = X) -> Run:
     return finish(start(*arguments, program=program, cwd=cwd))
 
 
-def pytest_addoption(parser: pytest.Parser) -> None:
-    built = ROOT / "build/kxDeleteOldFiles.exe"
-    parser.addoption("--program", type=Path, default=built, help="the program to test")
-
-
 @pytest.fixture(scope="session", autouse=True)
-def program(pytestconfig: pytest.Config) -> Path:
+def program() -> Path:
     """Installs the program, and copies it to where no installation is."""
-    file: Path = pytestconfig.getoption("program")
+    file = Path(os.environ.get("KX_PROGRAM", ROOT / "build/kxDeleteOldFiles.exe"))
     make("suite/sub/cfg_global/x", days=YOUNG, folder=X)
     make(f"suite/bin/win64/{TOOL}.exe", "lost.exe", content=file.read_bytes(), folder=X)
     return file
