@@ -13,11 +13,12 @@ FixedWideString wide(const char *text) { return fixedText<FixedWideString>(text)
 TEST(FixedString, TruncatesAtItsCapacity)
 {
     const std::string letters(600, 'x');
-    EXPECT_EQ(500, wide(letters.c_str()).length);
-    EXPECT_EQ(250, fixedText<FixedWideString250>(letters.c_str()).length);
-    EXPECT_EQ(100, fixedText<FixedNarrowString100>(letters.c_str()).length);
-    EXPECT_EQ(250, fixedText<FixedNarrowString250>(letters.c_str()).length);
-    EXPECT_EQ(500, fixedText<FixedNarrowString500>(letters.c_str()).length);
+    const QString text(500, QLatin1Char('x'));
+    EXPECT_EQ(text, wide(letters.c_str()).toQString());
+    EXPECT_EQ(text.left(250), fixedText<FixedWideString250>(letters.c_str()).toQString());
+    EXPECT_EQ(text.left(100), fixedText<FixedNarrowString100>(letters.c_str()).toQString());
+    EXPECT_EQ(text.left(250), fixedText<FixedNarrowString250>(letters.c_str()).toQString());
+    EXPECT_EQ(text, fixedText<FixedNarrowString500>(letters.c_str()).toQString());
 }
 
 TEST(FixedString, InsertsAndRemovesWithinItsLength)

@@ -20,7 +20,7 @@ def test_decides_by_age_follows_links_and_reports() -> None:
 def test_reports_what_is_in_use_and_goes_on() -> None:
     make("current/", "held/old", "other/old")
     make("held/Ā%s run.exe", content=(X / "lost.exe").read_bytes())
-    command = ("-kxRoot", r"X:\suite", r"X:\test\swept")
+    command = ("-kxRoot", r"X:\suite", r"X:\test\swept", "-v")
     found = run(*command, program=r"X:\test\swept\held\Ā%s run.exe", cwd=SWEPT / "current")
     assert found == (text("report_in_use.txt"), 0)
     assert tree() == ["current", "held", "held/Ā%s run.exe"]
@@ -33,7 +33,7 @@ def test_never_removes_the_folder_that_was_named_or_found_by_a_star(directory: s
     assert tree() == ["named", "none"]
 
 
-@pytest.mark.parametrize("row", text("lengths.txt").split("\n\n")[1].splitlines())
+@pytest.mark.parametrize("row", text("lengths.txt").split("\n\n", 1)[1].splitlines())
 def test_reaches_paths_up_to_a_length(row: str) -> None:
     directory, units, end, left = (cell.strip() for cell in row.split("|"))
     folder = SWEPT if directory.startswith("X:") else X / "share"

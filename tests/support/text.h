@@ -2,7 +2,6 @@
 #pragma once
 
 #include "text/fixed_string.h"
-#include "text/white_space.h"
 
 #include <QFile>
 #include <QStringList>
@@ -29,16 +28,20 @@ inline QStringList linesOf(const char *file) { return contentOf(file).split(QLat
 
 using TextFunctions = std::multimap<std::string, std::function<QString(const QString &)>>;
 
-/// Expects the results of all rows "function | case | text | result" of a table.
+/// Expects the result of each row "function | case | text | result", and a row for each function.
 inline void expectResults(const char *table, const TextFunctions &functions)
 {
+    QStringList tested;
     for (const QString &line : linesOf(table).filter(QRegExp(latin1("^[^#]")))) {
         SCOPED_TRACE(plain(line));
         const QStringList row = line.split(QLatin1Char('|'));
         ASSERT_EQ(4, row.size());
-        const auto named = functions.equal_range(plain(trimmedText(row.at(0))));
+        const auto named = functions.equal_range(plain(row.at(0).trimmed()));
         ASSERT_TRUE(named.first != named.second) << "no test asks for this function";
         for (auto it = named.first; it != named.second; ++it)
-            EXPECT_EQ(trimmedText(row.at(3)), it->second(trimmedText(row.at(2))));
+            EXPECT_EQ(row.at(3).trimmed(), it->second(row.at(2).trimmed()));
+        tested << row.at(0).trimmed();
     }
+    for (const auto &function : functions)
+        EXPECT_TRUE(tested.contains(latin1(function.first.c_str()))) << function.first;
 }
