@@ -34,15 +34,10 @@ END
   timeout --foreground 60 "$wine" sealed attrib +H 'Y:\Users\maria\AppData\Local\Temp\hidden.ini'
 }
 
-# Lists every file with its date and its size in bytes. Folders end with a slash.
+# Lists every file with its date and its size in bytes, and every empty folder.
 show_tree() {
-  (cd "$users" && find . -mindepth 1 -printf '%P\t%TY-%Tm-%Td\t%s\t%y\n') |
-    LC_ALL=C sort | awk -F '\t' '{
-      depth = split($1, name, "/")
-      entry = sprintf("%" 3 * depth "s", "") name[depth]
-      if ($4 == "d") printf "%22s%s/\n", "", entry
-      else printf "%12s%10d%s\n", $2, $3, entry
-    }'
+  (cd "$users" && find . -type f -printf '%TY-%Tm-%Td%10s  %P\n' -o -empty -printf 'empty folder          %P/\n') |
+    LC_ALL=C sort -k 1.23
 }
 
 # run_in FOLDER: runs the program of this folder. It prints Latin-1 with CR LF.

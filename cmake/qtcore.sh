@@ -55,22 +55,17 @@ for folder in "$cache/qtcore-"*"-$key"; do
 done
 [ "${3:-}" != --check ] || exit 1
 
-# Turns the machine's package lists into lists of source packages, in a separate folder, so that the
-# machine's configuration is not changed.
-derive_source_entries() {
-  mkdir -p "$1"
-  find /etc/apt -name '*.list' -exec cat {} + |
-    sed -n 's/^[[:space:]]*deb[[:space:]]/deb-src /p' >"$1/derived.list"
-  find /etc/apt -name '*.sources' -exec sed 's/^[Tt]ypes:.*/Types: deb-src/; $a\\n' {} \; \
-    >"$1/derived.sources"
-}
-
-# Fetches the sources. apt checks the signature of the lists and the checksums of what it fetches.
+# Fetches the sources. apt checks the signature of the lists and the checksums of what it fetches. The
+# machine's package lists become lists of source packages in a separate folder, so that its configuration
+# is not changed.
 fetch_sources() {
   local apt_options=(-o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/entries"
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/apt" -o APT::Sandbox::User=)
-  derive_source_entries "$work/entries"
-  mkdir -p "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
+  mkdir -p "$work/entries" "$work/lists/partial" "$work/apt/archives/partial" "$work/download"
+  find /etc/apt -name '*.list' -exec cat {} + |
+    sed -n 's/^[[:space:]]*deb[[:space:]]/deb-src /p' >"$work/entries/derived.list"
+  find /etc/apt -name '*.sources' -exec sed 's/^[Tt]ypes:.*/Types: deb-src/; $a\\n' {} \; \
+    >"$work/entries/derived.sources"
   apt-get "${apt_options[@]}" update || true # some entries may have no sources; the next step tells
   if ! (cd "$work/download" && apt-get "${apt_options[@]}" source --download-only "$package"); then
     if [ -n "$(find "$work/lists" -name '*_Sources*')" ] &&
