@@ -20,7 +20,6 @@ X = (PREFIX / "dosdevices/x:").resolve()
 SWEPT = X / "test/swept"  # empty at the start of each test
 TOOL = "kxDeleteOldFiles"
 INSTALLED = rf"X:\suite\bin\win64\{TOOL}.exe"
-LOST = r"X:\lost.exe"  # the program, but no installation around it
 OLD, YOUNG = 30, 1  # days; the default limit is 14
 
 

@@ -3,7 +3,7 @@
 import re
 
 import pytest
-from conftest import INSTALLED, LOST, PREFIX, TOOL, X, make, run, text, tree
+from conftest import INSTALLED, PREFIX, TOOL, X, make, run, text, tree
 
 TEXT = text("command_lines.txt").replace("{85}", "\x85")
 RECORDS = [record.split("\n", 1) for record in TEXT.split("\n> ")[1:]]
@@ -18,5 +18,5 @@ def test_does_what_the_record_of_a_command_line_says(command: str, expected: str
         share.unlink(missing_ok=True)
         share.symlink_to(X / "test")
     program, *arguments = (word.strip('"') for word in re.findall(r'"[^"]*"|\S+', command.split("  # ")[0]))
-    found = run(*arguments, program={TOOL: INSTALLED, "lost": LOST}[program])
+    found = run(*arguments, program={TOOL: INSTALLED, "lost": r"X:\lost.exe"}[program])
     assert f"{found.output}(exit code {found.code}; left: {' '.join(tree())})\n" == expected
