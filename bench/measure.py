@@ -45,7 +45,9 @@ def run(server: Server, command: list[str], expected_exit: int = 0) -> tuple[Cos
         cost = Cost(wall, _cpu(server) - cpu)
         output.seek(0)
         text = output.read().decode("latin1")
-    if exit_code != expected_exit or server.poll() is not None:
+    if server.poll() is not None:
+        raise SystemExit(f"bench: the Wine server ended during {command}\n{text}")
+    if exit_code != expected_exit:
         raise SystemExit(f"bench: {command} ended with {exit_code}\n{text}")
     return cost, text
 

@@ -38,7 +38,7 @@ def main() -> None:
     manual, style, version = sys.argv[1:]
     body = subprocess.run(["cmark-gfm", "--extension", "table", manual],
                           stdout=subprocess.PIPE, encoding="utf-8", check=True).stdout
-    body = re.sub(r"<(h[23])>(.*?)</", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</', body)
+    body = re.sub(r"<(h[23])>(.*?)</\1>", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</{m[1]}>', body)
     check_links(body)
     body = keep_short_code_whole(body)
     body = body.replace("<table>", '<div class="wide"><table>').replace("</table>", "</table></div>")

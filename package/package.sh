@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the package: dist/kxDeleteOldFiles-VERSION-win64.zip. The same sources give the same bytes.
+# Makes the package, DIST/kxDeleteOldFiles-VERSION-win64.zip, and its checksum. The same sources give the
+# same bytes.
 #
 # usage: package.sh BUILD PROGRAM DIST
 #
