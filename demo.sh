@@ -40,21 +40,13 @@ show_tree() {
     LC_ALL=C sort -k 1.23
 }
 
-# run_in FOLDER: runs the program of this folder. It prints Latin-1 with CR LF.
-run_in() (
-  cd "$1"
-  timeout --foreground 600 "$wine" sealed kxDeleteOldFiles.exe "${arguments[@]}" | iconv -f latin1 -t utf-8 | tr -d '\r'
-)
-
 unset KX_ROOT KX_ROOT_INSTALLER
 lay_out_sample
 printf '\nThe users folder before:\n\n'
 show_tree
 printf '\n> kxDeleteOldFiles %s\n\n' "${arguments[*]}"
-run_in suite/bin/win64
+# The program prints Latin-1 with CR LF.
+(cd suite/bin/win64 && timeout --foreground 600 "$wine" sealed kxDeleteOldFiles.exe "${arguments[@]}") |
+  iconv -f latin1 -t utf-8 | tr -d '\r'
 printf 'And after:\n\n'
 show_tree
-mkdir -p elsewhere
-cp suite/bin/win64/kxDeleteOldFiles.exe elsewhere/
-printf '\nAnd the same program outside an installation of the suite:\n\n'
-run_in elsewhere || printf '\n(exit code %s)\n' "$?"

@@ -44,19 +44,6 @@ struct Listing
     std::vector<wchar_t> names;
 };
 
-void add(Listing &listing, const WIN32_FIND_DATAW &found)
-{
-    const wchar_t *name = found.cFileName;
-    const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (isFolder && (std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0))
-        return;
-    const unsigned long long high = found.ftLastWriteTime.dwHighDateTime;
-    const unsigned long long ticks = high << 32 | found.ftLastWriteTime.dwLowDateTime;
-    const auto time = static_cast<long long>((ticks - ticksUntil1970) / ticksPerSecond);
-    listing.entries.push_back({ time, listing.names.size(), isFolder });
-    listing.names.insert(listing.names.end(), name, name + std::wcslen(name) + 1);
-}
-
 void read(Listing &listing, const wchar_t *pattern)
 {
     WIN32_FIND_DATAW found;
@@ -65,9 +52,17 @@ void read(Listing &listing, const wchar_t *pattern)
                          FIND_FIRST_EX_LARGE_FETCH);
     if (search == INVALID_HANDLE_VALUE)
         return;
-    do {
-        add(listing, found);
-    } while (FindNextFileW(search, &found) != 0);
+    for (BOOL isFound = TRUE; isFound != 0; isFound = FindNextFileW(search, &found)) {
+        const wchar_t *name = found.cFileName;
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if (isFolder && (std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0))
+            continue;
+        const unsigned long long high = found.ftLastWriteTime.dwHighDateTime;
+        const unsigned long long ticks = high << 32 | found.ftLastWriteTime.dwLowDateTime;
+        const auto time = static_cast<long long>((ticks - ticksUntil1970) / ticksPerSecond);
+        listing.entries.push_back({ time, listing.names.size(), isFolder });
+        listing.names.insert(listing.names.end(), name, name + std::wcslen(name) + 1);
+    }
     FindClose(search);
 }
 

@@ -47,10 +47,7 @@ def _mixed_folders(count, rng):
 
 
 def generate(shape, count, share, per_folder=10):
-    """Returns the tree with `count` files; the same tree each time.
-
-    `per_folder` is the number of files in a folder of the shape "wide".
-    """
+    """Returns the same tree each time. In the shape "wide", a folder has `per_folder` files."""
     rng = random.Random(f"{shape} {count} {share}")
     if shape == "flat":
         folders = []

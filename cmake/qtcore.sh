@@ -4,11 +4,10 @@
 #
 # usage: qtcore.sh CACHE TOOLCHAIN [--check]
 #
-# With --check it never builds: it prints the folder, or fails when the folder is missing or does
-# not hold the files that were built. The folder's name holds the version, and a key of the flags and
-# the compiler. The folder appears by one rename once everything in it is complete, so an
-# interrupted build never looks complete. A line of output that begins with "dev: " is the reason of a
-# failure that the user can mend.
+# With --check it never builds: it prints the folder, or fails when the folder is missing or does not hold the
+# files that were built. The folder's name holds the version, and a key of the flags and the compiler. The
+# folder appears by one rename, so an interrupted build never looks complete. A line of output that begins
+# with "dev: " is the reason of a failure that the user can mend.
 set -euo pipefail
 
 cache=$1

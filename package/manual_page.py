@@ -14,11 +14,6 @@ def anchor(heading: str) -> str:
     return re.sub(r"[^\w -]", "", re.sub(r"<[^>]*>", "", heading).lower()).replace(" ", "-")
 
 
-def keep_short_code_whole(body: str) -> str:
-    """Otherwise an option breaks after its hyphen where a line ends."""
-    return re.sub(r"(?<!<pre>)<code>(?=[^<]{1,20}</code>)", '<code class="whole">', body)
-
-
 def check_links(body: str) -> None:
     """Ends the program when a link leads nowhere, or when the page would need another file."""
     missing = set(re.findall(r'href="(?!https?:)#?([^"]*)"', body)) - set(re.findall(r' id="([^"]*)"', body))
@@ -40,7 +35,6 @@ def main() -> None:
                           stdout=subprocess.PIPE, encoding="utf-8", check=True).stdout
     body = re.sub(r"<(h[23])>(.*?)</\1>", lambda m: f'<{m[1]} id="{anchor(m[2])}">{m[2]}</{m[1]}>', body)
     check_links(body)
-    body = keep_short_code_whole(body)
     body = body.replace("<table>", '<div class="wide"><table>').replace("</table>", "</table></div>")
     title, rest = body.split("</h1>\n", 1)
     page = f"""<!DOCTYPE html>

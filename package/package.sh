@@ -14,12 +14,8 @@ build=$1 program=$2 dist=$3 toolchain=$KX_TOOLCHAIN qtcore=$KX_QTCORE
 
 version=$(sed -n 's/^project(.* VERSION \([^ ]*\) .*/\1/p' CMakeLists.txt)
 name=kxDeleteOldFiles-$version-win64
-newest=$(grep -m 1 '^## ' CHANGELOG.md || true)
-date=${newest#"## $version, "}
-if ! [[ $date =~ ^[0-9]{4}-[0-9]{2}-[0-9]{2}$ ]]; then
-  echo "The first entry of CHANGELOG.md must be '## $version, YYYY-MM-DD', but is '$newest'."
-  exit 1
-fi
+date=$(grep -m 1 '^## ' CHANGELOG.md | sed -nE "s/^## $version, ([0-9]{4}-[0-9]{2}-[0-9]{2})$/\1/p")
+[ -n "$date" ] || { echo "The first entry of CHANGELOG.md must be '## $version, YYYY-MM-DD'."; exit 1; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 stage=$work/$name
