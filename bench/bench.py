@@ -219,8 +219,7 @@ def write_report(report: str, drawing: picture.Drawing, to_page: bool) -> None:
 def read_options() -> argparse.Namespace:
     parser = argparse.ArgumentParser(
         prog="./dev bench",
-        description="Measures the tool and writes tables and a picture: build/bench.md and build/bench.svg.",
-        epilog="A trial that takes a minute: ./dev bench --only time --rounds 1")
+        description="Measures the tool and writes tables and a picture: build/bench.md and build/bench.svg.")
     parser.add_argument("--rounds", type=int, default=5, help="rounds of each comparison (5)")
     parser.add_argument("--million", action="store_true", help="also sweep one million files")
     parser.add_argument("--on", default="/dev/shm", metavar="FOLDER",

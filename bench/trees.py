@@ -7,7 +7,6 @@ from itertools import accumulate
 
 SHAPES = ("flat", "wide", "deep", "mixed")
 SHARES = {"none": 0.0, "half": 0.5, "all": 1.0}  # of the files that are old
-
 OLD = 30 * 86400  # seconds before now
 NEW = 2 * 86400
 

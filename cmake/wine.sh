@@ -10,8 +10,7 @@
 #            machine, so a faulty build that deletes whatever it finds gets no further. One way out
 #            is left: Wine opens names that begin with \\?\unix\ anywhere on the machine.
 #
-# No other link leads out of a prefix. Nothing is run in a prefix in which such a link cannot be
-# removed.
+# No other link leads out of a prefix. Nothing is run where such a link cannot be removed.
 #
 # The first run makes the prefix. The Wine server stays for a minute after the last program, so that
 # the next one starts at once; --stop ends it. --with runs a command of this machine that calls wine
