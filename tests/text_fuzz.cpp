@@ -24,30 +24,11 @@ QString takeText(FuzzedDataProvider &data)
     return text.left(FixedWideString::capacity);
 }
 
-FixedWideString fixed(const QString &text) { return fixedText<FixedWideString>(text); }
-
 QString replaceAll(QString text, const QString &before, const QString &after)
 {
     for (int at = text.indexOf(before); at >= 0; at = text.indexOf(before, at + after.size()))
         text = text.replace(at, before.size(), after).left(FixedWideString::capacity);
     return text;
-}
-
-void checkFixedString(const QString &text, const QString &other, const QString &replacement)
-{
-    FixedWideString upper = fixed(other); // the pieces have small letters only
-    upper.toUpper();
-    EXPECT_EQ(text.indexOf(other), fixed(text).indexOfNoCase(upper, 0));
-    EXPECT_EQ(replaceAll(text, other, replacement),
-              fixed(text).replaceAllNoCase(upper, fixed(replacement)).toQString());
-}
-
-void checkPaths(FixedWideString text)
-{
-    const QString path = text.toBackslashes().toQString();
-    FixedWideString other = text;
-    EXPECT_EQ(parentFolder(path, backslash), parentFolderFixed(other).toQString());
-    EXPECT_EQ(normalizePath(path), normalizePathFixed(text).toQString());
 }
 
 } // namespace
@@ -56,9 +37,22 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
 {
     FuzzedDataProvider data(bytes, size);
     const QString text = takeText(data);
+    const QString other = takeText(data);
+    const QString replacement = takeText(data);
     SCOPED_TRACE(plain(text));
-    checkFixedString(text, takeText(data), takeText(data));
-    checkPaths(fixed(text).left(FixedWideString::capacity - 1)); // with room for a backslash
+
+    FixedWideString upper = wide(other); // the pieces have small letters only
+    upper.toUpper();
+    EXPECT_EQ(text.indexOf(other), wide(text).indexOfNoCase(upper, 0));
+    EXPECT_EQ(replaceAll(text, other, replacement),
+              wide(text).replaceAllNoCase(upper, wide(replacement)).toQString());
+
+    FixedWideString path = wide(text).left(FixedWideString::capacity - 1); // room for a backslash
+    const QString pathText = path.toBackslashes().toQString();
+    FixedWideString parent = path;
+    EXPECT_EQ(parentFolder(pathText, backslash), parentFolderFixed(parent).toQString());
+    EXPECT_EQ(normalizePath(pathText), normalizePathFixed(path).toQString());
+
     // "&amp;" is decoded after the names and before the numbers.
     QString decoded = text;
     decoded.replace(latin1("&amp;#196;"), latin1("\xC4")).replace(latin1("&#196;"), latin1("\xC4"));

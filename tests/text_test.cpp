@@ -7,9 +7,6 @@
 
 namespace {
 
-FixedWideString wide(const QString &text) { return fixedText<FixedWideString>(text); }
-FixedWideString wide(const char *text) { return fixedText<FixedWideString>(text); }
-
 TEST(FixedString, TruncatesAtItsCapacity)
 {
     const std::string letters(600, 'x');

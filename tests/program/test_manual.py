@@ -6,11 +6,10 @@ from collections.abc import Iterator
 from pathlib import Path
 
 import pytest
-from conftest import C, ROOT, TOOL, X, make, run
+from conftest import C, ROOT, TOOL, X, make, run, text
 
 TEXT = (ROOT / "docs/manual.md").read_text()
 SAMPLES = re.findall(r"^```console\n((?:.*\n)*?)```$", TEXT, re.MULTILINE)
-FOLDERS = Path(__file__).with_name("manual_folders.txt")  # days of age, KiB, path on drive C:
 
 
 def rows(heading: str, pattern: str) -> list[tuple[str, ...]]:
@@ -30,11 +29,10 @@ STAR = r"\| `([^`]*)`(?:, started in `(.*)`)? \| (none|`.*?`)(?: \(.*)? \|"
 def drive_c(program: Path) -> Iterator[None]:
     """Makes the folders of the manual on drive C:, and removes them afterwards."""
     before = {*C.iterdir(), *(C / "users").iterdir()}
-    for line in FOLDERS.read_text().splitlines():
+    for line in text("manual_folders.txt").splitlines():
         days, kib, path = line.split(maxsplit=2)
         make(path, days=int(days), content=bytes(int(kib) << 10), folder=C)
-    copies = (f"suite/bin/win64/{TOOL}.exe", f"tools/bin/{TOOL}.exe")
-    make(*copies, content=program.read_bytes(), folder=C)
+    make(f"suite/bin/win64/{TOOL}.exe", f"tools/bin/{TOOL}.exe", content=program.read_bytes(), folder=C)
     make("share/x/", folder=X)
     yield
     for folder in {*C.iterdir(), *(C / "users").iterdir()} - before:
