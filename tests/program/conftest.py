@@ -56,18 +56,19 @@ def tree(folder: Path = SWEPT) -> list[str]:
 def start(*arguments: str, program: str = INSTALLED, cwd: Path = X) -> subprocess.Popen[bytes]:
     """Starts the program. Signals reach the program itself."""
     return subprocess.Popen(["wine", program, *arguments], cwd=cwd, stdin=subprocess.DEVNULL,
-                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
 
 def finish(process: subprocess.Popen[bytes]) -> Run:
     """Waits for the program's end, and checks what all runs have in common."""
-    output = process.communicate(timeout=60)[0].decode("latin1")
+    output, errors = (stream.decode("latin1") for stream in process.communicate(timeout=60))
     print(f"> {process.args!r}\n{output}(exit code {process.returncode}; left: {tree()})")
+    assert not errors
     assert "\n" not in output.replace("\r\n", "")
     output = output.replace("\r\n", "\n")
     assert output.startswith(BANNER)
     free = os.statvfs(X).f_bavail * os.statvfs(X).f_frsize >> 20
-    for shown in re.findall(r" is ([\d ]+) MiB\n\n", output):
+    for shown in re.findall(r" is ((?:1000|\d{1,3})(?: \d{3})*) MiB\n\n", output):
         if shown != "1000" and abs(int(shown.replace(" ", "")) - free) < 1000:
             output = output.replace(f" is {shown} MiB", " is # MiB")
     return Run(output.removeprefix(BANNER), process.returncode)
