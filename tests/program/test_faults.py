@@ -41,9 +41,10 @@ def test_the_listing_decides_on_what_changes_later() -> None:
     assert tree() == ["full", "full/another"]
 
 
-@pytest.mark.parametrize("folder, end", [("b", " not exist!\r\n"), ("b/in", " MiB\r\n\r\n")])
+@pytest.mark.parametrize("folder, end", [("b", " not exist!\r\n"), ("b/in", " MiB\r\n\r\n"), ("", "...\r\n")])
 def test_a_killed_run_has_printed_its_reports_and_the_next_goes_on(folder: str, end: str) -> None:
-    make("a/in/", f"{folder}/")
+    if folder:
+        make("a/in/", f"{folder}/")
     with stopped_in("c/in", "-do", "14", r"X:\test\swept\*\in") as process:
         process.kill()
         assert process.communicate()[0].decode().endswith(end)
