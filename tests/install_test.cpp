@@ -47,9 +47,9 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
     const Roots roots;
     makeFile(L"X:\\unit\\sub\\cfg_global\\x", 0);
     qputenv("KX_ROOT_INSTALLER", "X:\\t\\s");
-    qputenv("KX_ROOT", "X:/t/v");
+    _wputenv(L"KX_ROOT=X:/t/\u0432"); // outside Latin-1
     QString logs;
-    for (const wchar_t *gone : { L"none", L"t\\r", L"t\\s", L"unit", L"t\\u", L"t\\v" }) {
+    for (const wchar_t *gone : { L"none", L"t\\r", L"t\\s", L"unit", L"t\\u", L"t\\\u0432" }) {
         fs::remove_all(fs::path(L"X:\\") / gone / L"sub");
         const Discovery discovery(latin1("X:\\t\\u\\a\\\\tool -kxRoot X:\\t\\r"));
         const QString root = discovery.folder(installRoot);
@@ -57,6 +57,7 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
         logs += latin1("root: ") + root + discovery.log + QLatin1Char('\n');
     }
     EXPECT_EQ(contentOf("root_sources.txt"), logs.trimmed());
+    EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
 }
 
 TEST(RootDiscovery, FindsTheRootAndTheStatusFolderThatFlagsName)
@@ -70,6 +71,8 @@ TEST(RootDiscovery, FindsTheRootAndTheStatusFolderThatFlagsName)
     };
     const auto status = [](const QString &line) { return Discovery(line).folder(statusFolder); };
     expectResults("root_flags.txt", { { "-kxRoot", root }, { "-loadstatus", status } });
+    EXPECT_EQ(latin1("X:\\t\\r\\a_kx9\\"),
+              Discovery(latin1("tool -kxRoot X:\\t\\r\\a_kx9")).folder(executablesRoot));
 }
 
 TEST(RelinkFile, MovesTheRootsByItsFirstLineAndMustOpen)
@@ -119,8 +122,9 @@ TEST(AppPath, IsMadeOfTheProgramsPathAndTheCurrentFolder)
     const auto narrow = [](const QString &text) {
         return fixedText<FixedNarrowString250>(text.toLatin1().constData());
     };
-    const auto parent = [&narrow](const QString &text) {
-        FixedNarrowString250 path = narrow(text);
+    const auto parent = [](const QString &text) {
+        FixedNarrowString250 path;
+        path.assignLatin1(text);
         return parentFolderNarrow(path).toQString();
     };
     const auto absolute = [&narrow](const QString &text) { // "path in current folder"
