@@ -1,5 +1,6 @@
 #include "sweep/dir_listing.h"
 #include "sweep/error_text.h"
+#include "sweep/file_ops.h"
 #include "sweep/sweep.h"
 
 #include "support/scratch.h"
@@ -11,7 +12,7 @@ constexpr bool removeIfEmpty = true;
 constexpr bool recurse = true;
 constexpr bool namesOnly = true;
 
-TEST(SystemErrorText, IsOneLineForAnyCode)
+TEST(SystemErrorText, HasItsOwnTextsForSomeCodes)
 {
     for (const QString &line : linesOf("error_texts.txt"))
         EXPECT_EQ(line.mid(9), systemErrorText(line.left(8).toUInt(nullptr, 16)).toQString());
@@ -24,13 +25,10 @@ TEST(DirListing, IsCreatedClosed)
     const DirListing &listing = *handle.listing;
     EXPECT_EQ(&handle, listing.owner);
     EXPECT_EQ(-1, listing.index);
-    EXPECT_FALSE(listing.isOpen);
-    EXPECT_FALSE(listing.fromLists);
-    EXPECT_FALSE(listing.haveLists);
-    EXPECT_FALSE(listing.namesAreFullPaths);
-    EXPECT_FALSE(listing.includeFolders);
-    EXPECT_FALSE(listing.statDone);
-    EXPECT_FALSE(listing.statIsFolder);
+    for (const bool flag :
+         { listing.isOpen, listing.fromLists, listing.haveLists, listing.namesAreFullPaths,
+           listing.includeFolders, listing.statDone, listing.statIsFolder })
+        EXPECT_FALSE(flag);
     DirListing::destroy(handle); // the destructor of the handle must then do nothing
 }
 
@@ -82,12 +80,21 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     listing.names << latin1("X:\\t\\a") << latin1("X:\\t") << latin1("X:\\gone");
     listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
     EXPECT_EQ("X:\\t\\a 4 3; X:\\t\\ 0 99; X:\\gone 0 99; ", restOf(entry));
+    EXPECT_EQ(0, listing.statTime);
+    EXPECT_TRUE(fileTimeAndSize(latin1("X:\\t\\a"), nullptr, nullptr));
+    DirListing::open(entry, latin1("X:\\t\\folder"), true, true, false, false); // into memory
     DirListing::open(entry, latin1("X:/t"), true, false, true, true);
     EXPECT_EQ("X:\\t\\folder\\ 0 0; X:\\t\\a 4 3; ", restOf(entry));
     EXPECT_FALSE(listing.isOpen);
-    DirListing::open(entry, latin1("X:/t/a*"), true, false, false, true);
-    EXPECT_EQ("X:\\t\\a 4 3; ", restOf(entry));
+    DWORD handles[2] = {}; // Wine counts none
+    GetProcessHandleCount(GetCurrentProcess(), &handles[0]);
+    DirListing::open(entry, latin1("X:/t/folder/x*"), true, false, false, true);
+    EXPECT_EQ("X:\\t\\folder\\x 0 30; ", restOf(entry));
     EXPECT_FALSE(listing.isOpen);
+    GetProcessHandleCount(GetCurrentProcess(), &handles[1]);
+    EXPECT_EQ(handles[0], handles[1]);
+    DirListing::open(entry, latin1("X:/t"), true, false, false, false);
+    EXPECT_TRUE(DirListing::next(entry)); // closed halfway, or the folder could not be removed
 }
 
 TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
@@ -128,17 +135,15 @@ TEST(SweepFolder, MovesTheProgressStampAfterMoreThanFiveSeconds)
 {
     const ScratchFolder scratch({ L"old" });
     for (const qint64 secondsAgo : { 5, 6 }) {
-        TimeStamp before = 0;
-        TimeStamp after = 0;
+        TimeStamp now = 0;
         TimeStamp stamp = 0;
         do { // until the sweep began and ended in the same second
-            currentTime(before);
-            stamp = before - secondsAgo;
+            currentTime(now);
+            stamp = now - secondsAgo;
             sweepFolder(latin1("X:\\t"), !removeIfEmpty, recurse, 1440, nullptr, nullptr, nullptr,
                         nullptr, nullptr, namesOnly, &stamp);
-            currentTime(after);
-        } while (before != after);
-        EXPECT_EQ(secondsAgo == 5 ? before - 5 : before, stamp);
+        } while (std::time(nullptr) != now);
+        EXPECT_EQ(secondsAgo == 5 ? now - 5 : now, stamp);
     }
 }
 
@@ -148,12 +153,13 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
     QString log;
     log.reserve(fullLog + 100);
     for (const int units : { fullLog - 1, fullLog }) {
-        const ScratchFolder scratch({ L"old" });
+        const ScratchFolder scratch({ L"folder\\old" });
+        makeFile(L"X:\\t\\young", 0);
         log.resize(units);
-        EXPECT_TRUE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1440, nullptr, nullptr,
-                                nullptr, nullptr, &log, namesOnly, nullptr));
-        EXPECT_EQ(units < fullLog ? units + 4 : units, log.size());
-        EXPECT_FALSE(fs::exists(L"X:\\t"));
+        EXPECT_FALSE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1440, nullptr, nullptr,
+                                 nullptr, nullptr, &log, !namesOnly, nullptr));
+        EXPECT_EQ(units < fullLog ? units + 12 : units, log.size()); // the line "   [X:\t]: "
+        EXPECT_FALSE(fs::exists(L"X:\\t\\folder"));
     }
 }
 
