@@ -27,8 +27,9 @@ constexpr int exitBadNumber = 3;
 
 int main(int argc, char **argv)
 {
-    // Otherwise Windows asks for a missing disk in a dialog, which stops an unattended run.
-    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    // Otherwise Windows asks for a missing disk in a dialog, which stops an unattended run. What
+    // the parent has switched off stays off, such as the dialog after a crash.
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 
     printBanner();
     if (argc - 1 < minArguments) {
