@@ -8,9 +8,10 @@ import re
 import shutil
 from pathlib import Path
 from subprocess import DEVNULL, PIPE, Popen, run
+from xml.etree import ElementTree
 
 import pytest
-from conftest import ROOT, SWEPT, TOOL, X, make, text, tree
+from conftest import C, ROOT, SWEPT, TOOL, X, make, text, tree
 
 FOLDER = SWEPT / "job (x86) & more !now!"
 NAME = r"X:\test\swept\job (x86) & more !now!"
@@ -45,6 +46,8 @@ def test_logs_its_command_and_the_report() -> None:
     assert tree(LOG.parent) == [LOG.name]
     assert f'win64\\{TOOL}.exe" -v -do 14 "{NAME}\\old jobs"\n.---' in LOG.read_text()
     assert f"     -del {OLD}\n" in LOG.read_text()
+    assert LOG.read_text()[0].isdigit()  # the date
+    assert LOG.read_text().endswith(" MiB\n\n")
 
 
 def test_ends_with_2_only_when_the_report_of_this_run_has_errors() -> None:
@@ -70,6 +73,13 @@ def test_takes_arguments_and_ends_with_5_when_no_folder_is_swept(arguments: list
     assert tree(FOLDER / "old jobs") == [OLD]
 
 
+def test_ends_with_the_code_of_a_program_that_failed_after_errors() -> None:
+    cmd = (C / "windows/system32/cmd.exe").read_bytes()
+    make(f"suite/bin/win64/{TOOL}.exe", content=cmd, folder=FOLDER)
+    assert run_job("/c", "echo Starting to delete files in folder 'x'& echo Errors:& exit 7") == 7
+    assert LOG.read_text().endswith("Errors:\n")
+
+
 def test_ends_with_1_when_there_is_no_program() -> None:
     (FOLDER / f"suite/bin/win64/{TOOL}.exe").unlink()
     assert run_job() == 1
@@ -90,6 +100,14 @@ def test_ends_with_4_and_deletes_nothing_while_the_log_is_held(held: Path) -> No
     assert KILLED.read_text() == "of a killed run"  # Wine deletes the held report when its holder ends
 
 
+def test_ends_with_4_and_runs_nothing_when_it_cannot_begin_its_report() -> None:
+    script = FOLDER / "suite/job/clean.cmd"
+    taken = b'\nmkdir "%report%"\r\nset code=\r\n'  # just before the program's start
+    script.write_bytes(script.read_bytes().replace(b"\nset code=\r\n", taken))
+    assert run_job() == 4
+    assert tree(FOLDER / "old jobs") == [OLD]
+
+
 def test_ends_with_4_and_runs_nothing_without_localappdata() -> None:
     arguments = ("-do", "14", r"\test\swept")  # on the current drive, as "%LOCALAPPDATA%\Temp" would be
     assert wine("cmd", "/c", "set", "LOCALAPPDATA=&&clean.cmd", *arguments, cwd=FOLDER / "suite/job") == 4
@@ -105,10 +123,33 @@ def test_keeps_a_grown_log_under_another_name(size: int, moved: int) -> None:
     assert 0 < LOG.stat().st_size - (size - moved) < 2000
 
 
-def test_schtasks_takes_the_task() -> None:
-    shutil.copy(ROOT / "job/clean_old_files.xml", X)
-    assert wine("schtasks", "/create", "/tn", "kx", "/xml", r"X:\clean_old_files.xml") == 0
+TASK = (ROOT / "job/clean_old_files.xml").read_text("utf-16")
+COMMENT, PLAIN = TASK.split("-->\n")
+SYSTEM, USERS, AT_LOGON = re.findall(r"(?:^ {11,}<.*\n)+", COMMENT, re.MULTILINE)
+TWO_LINES = re.findall(r" *<LogonType>.*\n.*\n", PLAIN)[0]  # of "Principal"
+PATH_ALONE = PLAIN.replace(*re.findall(r"<Arguments>.*", PLAIN + COMMENT))
+BY_SYSTEM = PLAIN.replace(TWO_LINES, SYSTEM)
+BY_USERS = PLAIN.replace(TWO_LINES, USERS).replace("  </Triggers>", f"{AT_LOGON}  </Triggers>")
+
+
+@pytest.mark.parametrize("task", [PLAIN, BY_SYSTEM, BY_USERS, PATH_ALONE], ids=range(4))
+def test_the_task_has_elements_and_values_of_the_schema_and_schtasks_takes_it(task: str) -> None:
+    rows = iter(text("task_elements.txt").split("\n\n", 1)[1].splitlines())
+    for element in ElementTree.fromstring(task).iter():
+        found = f"{element.tag.split('}')[1]} {(element.text or '').strip()}".strip()
+        assert any(re.fullmatch(row, found) for row in rows), found  # goes on from the row before
+    (X / "task.xml").write_text(task, "utf-16")
+    assert wine("schtasks", "/create", "/tn", "kx", "/xml", r"X:\task.xml") == 0
     assert wine("schtasks", "/delete", "/tn", "kx", "/f") == 0
+
+
+@pytest.mark.parametrize("task, swept", [(PLAIN, "scratch"), (PATH_ALONE, "old jobs")], ids=range(2))
+def test_the_task_starts_the_batch_file_in_any_folder(task: str, swept: str) -> None:
+    make("scratch/old", folder=FOLDER)
+    (X / "task.xml").write_text(task, "utf-16")
+    here = (r"C:\Program Files", NAME, "clean_old_files", "clean", r"C:\scratch", rf"{NAME}\scratch")
+    assert wine(r"X:\unit\bin\win64\run_task.exe", r"X:\task.xml", *here) == 0
+    assert tree(FOLDER / swept) == []
 
 
 # Wine's PowerShell does nothing. The test makes the files old while the batch file waits for a key.
@@ -125,7 +166,7 @@ def test_a_trial_says_what_differs(row: str) -> None:
             os.utime(path, (0, 0))
         output += process.communicate()[0]  # closes the input, which is as good as a key
     print(output)
-    said = re.findall(r"^(?:Differs: (?:.*\\swept\\)?|(?=The program works))(.*)", output, re.M)
-    assert " ".join(said) == verdict
+    said = [line for line in output.splitlines() if line.startswith(("Differs: ", "The program works"))]
+    assert " ".join(re.sub(r"Differs: (.*\\kx_try_\w+\\swept\\)?", "", line) for line in said) == verdict
     assert process.returncode == ("The program works" not in verdict)
     assert [*FOLDER.glob("**/kx_try*"), *FOLDER.glob("old jobs/*")] == [FOLDER / "old jobs" / OLD]
