@@ -2,19 +2,18 @@
 rem Runs kxDeleteOldFiles and appends the date, the command and the report to a log. This file belongs in
 rem the installation's folder bin\win64 or job. Exit codes:
 rem     0  a folder was swept without errors
-rem     1  there is no program, or the program found no installation
+rem     1  no program, no installation, the program was ended, or Windows blocks it; the log says which
 rem     2  the report lists errors
 rem     4  the log cannot be written, another run uses it, or the variable LOCALAPPDATA is missing
 rem     5  the program ended with 0, but its report starts no folder, so nothing was swept
-rem Any other code is the program's own: 3 when the days are not a number, -1 for too few arguments. When
-rem Windows does not start the program, for instance because of a policy, the code is that of cmd.
+rem Any other code is the program's own: 3 when the days are not a number, -1 for too few arguments.
 setlocal EnableExtensions DisableDelayedExpansion
 
 rem Without this variable the lines below could name \Temp of whatever drive is the current one.
 if "%LOCALAPPDATA%"=="" echo The variable LOCALAPPDATA is missing. Nothing was run.& exit /b 4
 
-rem Set these two lines. "arguments" are those of the program, for instance
-rem     -do 14 "%LOCALAPPDATA%\Temp"
+rem Set these two lines. "arguments" are those of the program, when this file is given none, for instance
+rem     set arguments=-v -do 14 "C:\scratch"
 rem Put each path in quotation marks: without them, the path X:\R&D ends at the & and cmd runs a command D.
 rem Use ASCII letters. %NAME% is a variable; write %% for a % in a name. Only administrators and the
 rem account of the job should be able to write to the log's folder, and only administrators to this file's.
@@ -51,16 +50,17 @@ if errorlevel 1 del "%report%"& goto no_log
 del "%report%"
 if not exist "%program%" echo No program: neither at this path nor beside this file.>>"%log%"& exit /b 1
 
->"%report%" "%program%" %arguments% 2>&1
-set code=%errorlevel%
-if not exist "%report%" goto no_log
+rem Without its report the program is not started, and no code is set: another run may have begun just now.
+set code=
+call :run >"%report%"
+if not defined code goto no_log
 
 rem The program itself ends with 0 after errors, and when the folder does not exist.
 set "find=%SystemRoot%\System32\find.exe"
 "%find%" "Starting to delete files in folder '" <"%report%" >nul
 if errorlevel 1 if %code%==0 set code=5
 "%find%" "Errors:" <"%report%" >nul
-if not errorlevel 1 set code=2
+if not errorlevel 1 if %code%==0 set code=2
 copy /y /b "%log%"+"%report%" "%log%" >nul
 if errorlevel 1 goto no_log
 del "%report%"
@@ -69,3 +69,8 @@ exit /b %code%
 :no_log
 echo The log "%log%" cannot be written, or another run uses it. The last report may be in "%report%".
 exit /b 4
+
+:run
+"%program%" %arguments% 2>&1
+set code=%errorlevel%
+exit /b
