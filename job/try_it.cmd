@@ -4,14 +4,13 @@ rem the folder. It touches nothing outside that folder. It ends with 0 when the 
 rem machine. Otherwise each reason is a line that begins with "Differs:", and it ends with 1. This file
 rem belongs in the installation's folder bin\win64 or job.
 rem
-rem Before the program runs, this file waits for a key; "try_it <nul" does not wait. After Ctrl-C there, the
-rem folder kx_try_... stays in %TEMP%.
+rem Before the program runs, this file waits for a key; "try_it <nul" does not wait. After Ctrl-C there, remove
+rem the folder kx_try_... in %TEMP%.
 rem
 rem In the tree, "old" files and folders must be deleted, and those that begin with "keep" must stay. What
 rem this machine cannot make is left out and named. Wine's PowerShell does nothing, and Wine makes no
-rem junction. So only Windows can show that the files become old, that hidden files and the name with umlauts
-rem are deleted, that the program follows the junction, and that rd removes the junction and not what it
-rem leads to.
+rem junction. So only Windows can show that the files become old, that the name with umlauts is deleted, that
+rem the program follows the junction, and that rd removes the junction and not what it leads to.
 setlocal EnableExtensions DisableDelayedExpansion
 
 set "program=%~dp0kxDeleteOldFiles.exe"
