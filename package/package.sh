@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
-# Makes the package, DIST/kxDeleteOldFiles-VERSION-win64.zip, and its checksum. The same sources give the
-# same bytes.
+# Makes the package, DIST/kxDeleteOldFiles-VERSION-win64.zip, the tests for Windows, ...-tests.zip, and their
+# checksums. The same sources give the same bytes.
 #
 # usage: package.sh BUILD PROGRAM DIST
 #
 # BUILD is the build folder that the program was linked in, with the tools and the QtCore that KX_TOOLCHAIN
-# and KX_QTCORE name. The newest entry of CHANGELOG.md has the date of the release. All files in the package
+# and KX_QTCORE name. The newest entry of CHANGELOG.md has the date of the release. All files in the packages
 # get that date, so a package unpacked soon after the release is not old.
 set -euo pipefail
 umask 022
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-build=$1 program=$2 dist=$3 toolchain=$KX_TOOLCHAIN qtcore=$KX_QTCORE
+mkdir -p "$3"
+build=$1 program=$2 dist=$(realpath "$3") toolchain=$KX_TOOLCHAIN qtcore=$KX_QTCORE
 
 version=$(sed -n 's/^project(.* VERSION \([^ ]*\) .*/\1/p' CMakeLists.txt)
 name=kxDeleteOldFiles-$version-win64
@@ -18,7 +19,7 @@ date=$(grep -m 1 '^## ' CHANGELOG.md | sed -nE "s/^## $version, ([0-9]{4}-[0-9]{
 [ -n "$date" ] || { echo "The first entry of CHANGELOG.md must be '## $version, YYYY-MM-DD'."; exit 1; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-stage=$work/$name
+stage=$work/$name tests=$work/kxDeleteOldFiles-$version-tests
 
 # filled FILE: prints the file with the facts of this package in place of the names between "@".
 filled() {
@@ -58,8 +59,13 @@ cp "$build"/app/CMakeFiles/kxDeleteOldFiles.dir/*.{obj,res} "$build/app/link_opt
   cmake/{toolchain,qtcore}.sh package/relink.sh "$stage/relink"
 "$stage/relink/relink.sh" "$toolchain" "$qtcore" "$work/relinked.exe"
 cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
+
+cmake --install "$build" --component tests --prefix "$tests"
+"$toolchain/bin/ucrt64-strip" -p "$tests"/*.exe
+cp "$stage/kxDeleteOldFiles.exe" "$stage"/job/clean_old_files.* "$tests/"
+
 # grep ends with 1 when it finds nothing, and with more when it could not search.
-found=$(LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage") || [ "$?" = 1 ]
+found=$(LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage" "$tests") || [ "$?" = 1 ]
 if [ -n "$found" ]; then
   echo "These files tell where they were made: $found"
   exit 1
@@ -68,9 +74,8 @@ fi
 cd "$work"
 (cd "$name" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs sha256sum | dos >"$work/sums" &&
   mv "$work/sums" SHA256SUMS)
-find "$name" -exec touch -d "$date UTC" {} +
-find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -q -X -@ "$name.zip"
-cd - >/dev/null
-mkdir -p "$dist"
-cp "$work/$name.zip" "$dist/"
-(cd "$dist" && sha256sum "$name.zip" | dos >"$name.zip.sha256")
+for folder in "$name" "${tests##*/}"; do
+  find "$folder" -exec touch -d "$date UTC" {} +
+  find "$folder" -type f | LC_ALL=C sort | TZ=UTC zip -q -X -@ "$dist/$folder.zip"
+  (cd "$dist" && sha256sum "$folder.zip" | dos >"$folder.zip.sha256")
+done

@@ -1,0 +1,91 @@
+@echo off
+rem Tests the program on Windows: runs the unit tests, and the batch file and the task's command line with
+rem Windows' own cmd. Each line that begins with "Differs:" is a failure. It ends with 0 when there is none,
+rem and otherwise with 1 and a log in %TEMP%. It waits for a key before it ends; "run_tests <nul" does not.
+rem
+rem Everything happens in a new folder below %TEMP%, which is drive X: until the end. After Ctrl-C, enter
+rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller whose drive X: is a scratch drive
+rem already sets KX_SCRATCH_DRIVE=X:, and keeps what the tests leave there.
+setlocal EnableExtensions DisableDelayedExpansion
+set "folder=%TEMP%\kx_tests_%RANDOM%_%RANDOM%"
+set "log=%folder%.log"
+set passed=yes
+
+if "%KX_SCRATCH_DRIVE%"=="X:" goto lay_out
+if exist X:\ echo Differs: drive X: is taken. Nothing was run.& goto failed
+mkdir "%folder%"
+if errorlevel 1 echo Differs: the folder "%folder%" cannot be made.& goto failed
+subst X: "%folder%"
+if errorlevel 1 rd "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto failed
+
+:lay_out
+set KX_ROOT=
+set KX_ROOT_INSTALLER=
+set "LOCALAPPDATA=X:\local"
+set "joblog=X:\local\kxDeleteOldFiles\clean_old_files.log"
+set "parent=X:\job (x86) & more"
+set "job=%parent%\suite\bin\win64"
+set "swept=%parent%\swept"
+mkdir X:\unit\bin\win64 "%job%" "%parent%\suite\sub\cfg_global" "%swept%" X:\local\kxDeleteOldFiles
+copy "%~dp0*" X:\unit\bin\win64 >nul
+copy "%~dp0kxDeleteOldFiles.exe" "%job%" >nul
+copy "%~dp0clean_old_files.cmd" "%job%" >nul
+
+cd /d X:\unit\bin\win64
+for %%t in (text sweep install) do (
+  %%t_test.exe >>"%log%" 2>&1
+  call :expect 0 "%%t_test"
+)
+
+cd /d "%job%"
+for %%f in (file held) do type nul >"%swept%\%%f"
+call :job -do 0 "%swept%" <"%swept%\held"
+call :expect 2 "the batch file, with errors in the report"
+if exist "%swept%\file" echo Differs: a file of the swept folder is left.& set passed=
+call :job -do 0 "%swept%"
+call :expect 0 "the batch file, with a folder that is swept"
+if exist "%swept%\held" echo Differs: a file of the swept folder is left.& set passed=
+type nul >"%swept%\file"
+call :job -do week "%swept%"
+call :expect 3 "the batch file, with days that are no number"
+call :job -do 0 "%swept%" 2>>"%joblog%"
+call :expect 4 "the batch file, with a log that is held open"
+call :job -do 0 "%parent%\wrong"
+call :expect 5 "the batch file, with a wrong directory"
+call :job -do 0 "%parent%\z*"
+call :expect 5 "the batch file, with a star without a match"
+call :job -v
+call :expect -1 "the batch file, with too few arguments"
+if not exist "%swept%\file" echo Differs: a file is gone that no run was to sweep.& set passed=
+X:\unit\bin\win64\run_task.exe X:\unit\bin\win64\clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
+call :expect 0 "the command line of the task"
+type "%joblog%" >>"%log%"
+
+cd /d "%SystemRoot%"
+if "%KX_SCRATCH_DRIVE%"=="X:" goto verdict
+subst X: /D
+rd /s /q "%folder%"
+if exist "%folder%" echo Differs: the folder "%folder%" cannot be removed.& set passed=
+
+:verdict
+if not defined passed echo The log is "%log%".& goto failed
+del "%log%"
+for /f "tokens=3,4 delims=[] " %%v in ('ver') do echo All tests passed on Windows %%v %%w
+pause
+exit /b 0
+
+:failed
+pause
+exit /b 1
+
+rem Runs the batch file with these arguments in a second cmd.
+:job
+"%SystemRoot%\System32\cmd.exe" /d /c clean_old_files.cmd %* >>"%log%"
+exit /b %errorlevel%
+
+rem Compares the exit code of the command before with the first argument. The second is the name of the test.
+:expect
+if "%errorlevel%"=="%~1" echo Passed: %~2.& exit /b
+echo Differs: %~2 ended with %errorlevel% instead of %~1.
+set passed=
+exit /b
