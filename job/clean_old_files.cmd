@@ -50,7 +50,8 @@ if errorlevel 1 del "%report%"& goto no_log
 del "%report%"
 if not exist "%program%" echo No program: neither at this path nor beside this file.>>"%log%"& exit /b 1
 
-rem Without its report the program is not started, and no code is set: another run may have begun just now.
+rem When cmd cannot open the report, because another run has begun just now, it does not start the program,
+rem and no code is set.
 set code=
 call :run >"%report%"
 if not defined code goto no_log

@@ -4,8 +4,8 @@ rem the folder. It touches nothing outside that folder. It ends with 0 when the 
 rem machine. Otherwise each reason is a line that begins with "Differs:", and it ends with 1. This file
 rem belongs in the installation's folder bin\win64 or job.
 rem
-rem Before the program runs, this file waits for a key; "try_it <nul" does not wait. After Ctrl-C there, remove
-rem the folder kx_try_... in %TEMP%.
+rem Before the program runs, this file waits for a key; "try_it <nul" does not wait. After Ctrl-C there,
+rem remove the folder kx_try_... in %TEMP%.
 rem
 rem In the tree, "old" files and folders must be deleted, and those that begin with "keep" must stay. What
 rem this machine cannot make is left out and named. Wine's PowerShell does nothing, and Wine makes no

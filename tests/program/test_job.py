@@ -76,7 +76,7 @@ def test_takes_arguments_and_ends_with_5_when_no_folder_is_swept(arguments: list
 def test_ends_with_the_code_of_a_program_that_failed_after_errors() -> None:
     cmd = (C / "windows/system32/cmd.exe").read_bytes()
     make(f"suite/bin/win64/{TOOL}.exe", content=cmd, folder=FOLDER)
-    assert run_job("/c", "echo Starting to delete files in folder 'x'& echo Errors:& exit 7") == 7
+    assert run_job("/c", "echo Starting to delete files in folder 'x'& echo Errors:>&2& exit 7") == 7
     assert LOG.read_text().endswith("Errors:\n")
 
 
@@ -132,18 +132,21 @@ BY_SYSTEM = PLAIN.replace(TWO_LINES, SYSTEM)
 BY_USERS = PLAIN.replace(TWO_LINES, USERS).replace("  </Triggers>", f"{AT_LOGON}  </Triggers>")
 
 
-@pytest.mark.parametrize("task", [PLAIN, BY_SYSTEM, BY_USERS, PATH_ALONE], ids=range(4))
+@pytest.mark.parametrize("task", [TASK, BY_SYSTEM, BY_USERS, PATH_ALONE], ids=range(4))
 def test_the_task_has_elements_and_values_of_the_schema_and_schtasks_takes_it(task: str) -> None:
-    rows = iter(text("task_elements.txt").split("\n\n", 1)[1].splitlines())
-    for element in ElementTree.fromstring(task).iter():
-        found = f"{element.tag.split('}')[1]} {(element.text or '').strip()}".strip()
-        assert any(re.fullmatch(row, found) for row in rows), found  # goes on from the row before
+    rows = text("task_elements.txt").split("\n\n", 1)[1].splitlines()
+    pattern = "".join(rf"(?:{row[1:-1]}\n)?" if row[0] == "[" else rf"{row}\n" for row in rows)
     (X / "task.xml").write_text(task, "utf-16")
+    found = ""
+    for element in ElementTree.parse(X / "task.xml").iter():
+        words = [element.tag.split("}")[1], *element.attrib.values(), (element.text or "").strip()]
+        found += " ".join(words).strip() + "\n"
+    assert re.fullmatch(pattern, found), found
     assert wine("schtasks", "/create", "/tn", "kx", "/xml", r"X:\task.xml") == 0
     assert wine("schtasks", "/delete", "/tn", "kx", "/f") == 0
 
 
-@pytest.mark.parametrize("task, swept", [(PLAIN, "scratch"), (PATH_ALONE, "old jobs")], ids=range(2))
+@pytest.mark.parametrize("task, swept", [(TASK, "scratch"), (PATH_ALONE, "old jobs")], ids=range(2))
 def test_the_task_starts_the_batch_file_in_any_folder(task: str, swept: str) -> None:
     make("scratch/old", folder=FOLDER)
     (X / "task.xml").write_text(task, "utf-16")
