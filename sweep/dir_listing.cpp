@@ -31,8 +31,8 @@ bool makeWindowsPattern(const QString &searchPattern, FixedWideString &pattern)
         return true;
     const FixedWideString plain = pattern;
     withLongPathPrefix(pattern, plain);
-    const qint32 added = plain.isUncPath() ? longNetworkPrefixUnits : longPathPrefixUnits;
-    return searchPattern.size() + added <= FixedWideString::capacity;
+    // The prefix replaces at most the first unit.
+    return pattern.toQString().endsWith(searchPattern.mid(1));
 }
 
 bool readFirstEntry(DirListing &listing)

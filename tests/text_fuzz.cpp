@@ -1,6 +1,6 @@
-// Fixed strings, paths and entities, each against another way to the same result.
+// Fixed strings and entities, each against another way to the same result.
 #include "text/entities.h"
-#include "text/path.h"
+#include "text/fixed_string.h"
 
 #include "support/text.h"
 
@@ -46,12 +46,6 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
     EXPECT_EQ(text.indexOf(other), wide(text).indexOfNoCase(upper, 0));
     EXPECT_EQ(replaceAll(text, other, replacement),
               wide(text).replaceAllNoCase(upper, wide(replacement)).toQString());
-
-    FixedWideString path = wide(text).left(FixedWideString::capacity - 1); // room for a backslash
-    const QString pathText = path.toBackslashes().toQString();
-    FixedWideString parent = path;
-    EXPECT_EQ(parentFolder(pathText, backslash), parentFolderFixed(parent).toQString());
-    EXPECT_EQ(normalizePath(pathText), normalizePathFixed(path).toQString());
 
     // "&amp;" is decoded after the names and before the numbers.
     QString decoded = text;

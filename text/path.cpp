@@ -2,202 +2,99 @@
 
 namespace {
 
+const QChar slash = QLatin1Char(slashUnit);
 constexpr char longPathPrefix[] = "\\\\?\\";
 constexpr char longNetworkPrefix[] = "\\\\?\\UNC"; // replaces the first backslash
-static_assert(sizeof longPathPrefix - 1 == longPathPrefixUnits, "without the terminator");
-static_assert(sizeof longNetworkPrefix - 2 == longNetworkPrefixUnits,
-              "and without the replaced backslash");
-constexpr qint32 parentReferenceLength = 3; // two dots and the separator
-
-// The rules below are templates over QString and FixedWideString; these overloads hide where the
-// two differ.
-
-qint32 lengthOf(const QString &text) { return text.size(); }
-qint32 lengthOf(const FixedWideString &text) { return text.length; }
-
-char16_t unitAt(const QString &text, qint32 position) { return text.at(position).unicode(); }
-char16_t unitAt(const FixedWideString &text, qint32 position) { return text.value[position]; }
-
-qint32 indexOfUnit(const QString &text, char16_t unit, qint32 from)
-{
-    return text.indexOf(QChar(unit), from);
-}
-qint32 indexOfUnit(const FixedWideString &text, char16_t unit, qint32 from)
-{
-    return text.indexOfUnitNoCase(unit, from);
-}
-
-qint32 lastIndexOfUnit(const QString &text, char16_t unit) { return text.lastIndexOf(QChar(unit)); }
-qint32 lastIndexOfUnit(const FixedWideString &text, char16_t unit)
-{
-    return text.lastIndexOfUnit(unit, text.length);
-}
-
-void cutTo(QString &text, qint32 length) { text.truncate(length); }
-void cutTo(FixedWideString &text, qint32 length) { text.setLength(static_cast<qint16>(length)); }
-
-void dropFirst(QString &text, qint32 count) { text.remove(0, count); }
-void dropFirst(FixedWideString &text, qint32 count) { text.removeRange(0, count); }
-
-void append(QString &text, const QString &more) { text += more; }
-void append(FixedWideString &text, const FixedWideString &more)
-{
-    text.appendUnits(more.value, more.length);
-}
-
-void appendUnit(QString &text, char16_t unit) { text += QChar(unit); }
-void appendUnit(FixedWideString &text, char16_t unit) { text.appendUnits(&unit, 1); }
-
-void collapsePairs(QString &text, char16_t unit)
-{
-    text.replace(QString(2, QChar(unit)), QString(QChar(unit)));
-}
-void collapsePairs(FixedWideString &text, char16_t unit)
-{
-    FixedWideString one;
-    appendUnit(one, unit);
-    FixedWideString two = one;
-    appendUnit(two, unit);
-    text.replaceAllNoCase(two, one);
-}
-
-template <typename Text>
-bool hasUnitAt(const Text &text, qint32 position, char16_t unit)
-{
-    return position >= 0 && position < lengthOf(text) && unitAt(text, position) == unit;
-}
-
-template <typename Text>
-bool endsWithUnit(const Text &text, char16_t unit)
-{
-    return hasUnitAt(text, lengthOf(text) - 1, unit);
-}
-
-template <typename Text>
-bool hasParentReferenceAt(const Text &path, qint32 position, char16_t separator)
-{
-    return hasUnitAt(path, position, u'.') && hasUnitAt(path, position + 1, u'.')
-           && hasUnitAt(path, position + 2, separator);
-}
-
-template <typename Text>
-qint32 indexOfParentReference(const Text &path, char16_t separator)
-{
-    for (qint32 i = 0; i + parentReferenceLength <= lengthOf(path); ++i)
-        if (hasParentReferenceAt(path, i, separator))
-            return i;
-    return -1;
-}
 
 /// Whether `head` is a placeholder, "<" name ">", with or without a trailing separator.
-template <typename Text>
-bool isPlaceholder(Text head, char16_t separator)
+bool isPlaceholder(QString head, QChar separator)
 {
-    if (!hasUnitAt(head, 0, u'<'))
-        return false;
-    if (endsWithUnit(head, separator))
-        cutTo(head, lengthOf(head) - 1);
-    return endsWithUnit(head, u'>') && lastIndexOfUnit(head, separator) < 0;
+    if (head.endsWith(separator))
+        head.chop(1);
+    return head.startsWith(QLatin1Char('<')) && head.endsWith(QLatin1Char('>'))
+           && !head.contains(separator);
 }
 
-/// Length of the beginning that going up never cuts: the drive, or server and share. -1 for a
-/// network path that ends before the end of its share.
-template <typename Text>
-qint32 protectedLength(const Text &path, char16_t separator)
+/// Length of the beginning that going up never cuts: the drive, or server and share. -1 for a bare
+/// share, 0 for a bare server.
+qint32 protectedLength(const QString &path, QChar separator)
 {
-    if (!hasUnitAt(path, 1, separator))
-        return hasUnitAt(path, 1, u':') ? 2 : 0;
-    const qint32 endOfServer = indexOfUnit(path, separator, 2);
-    return indexOfUnit(path, separator, endOfServer + 1);
+    if (path.at(1) != separator)
+        return path.at(1) == QLatin1Char(':') ? 2 : 0;
+    const qint32 endOfServer = path.indexOf(separator, 2);
+    return path.indexOf(separator, endOfServer + 1);
 }
 
-template <typename Text>
-void goUpOneFolder(Text &path, char16_t separator)
+QString normalize(QString path, QChar separator)
 {
-    if (lengthOf(path) < 3)
-        return;
-    if (endsWithUnit(path, separator))
-        cutTo(path, lengthOf(path) - 1);
-    const qint32 start = protectedLength(path, separator);
-    if (start < 0)
-        return;
-    const qint32 last = lastIndexOfUnit(path, separator);
-    if (last >= start) {
-        cutTo(path, last);
-    } else if (last < 0) {
-        cutTo(path, 0); // a bare drive has no parent
-        return;
-    }
-    appendUnit(path, separator);
-}
+    const QString pair(2, separator);
+    const bool isNetworkPath = path.startsWith(pair);
+    path.replace(pair, QString(separator));
+    if (isNetworkPath)
+        path.prepend(separator);
 
-template <typename Text>
-void normalize(Text &path, char16_t separator)
-{
-    const bool isNetworkPath = hasUnitAt(path, 0, separator) && hasUnitAt(path, 1, separator);
-    collapsePairs(path, separator);
-    if (isNetworkPath) {
-        Text restored;
-        appendUnit(restored, separator);
-        append(restored, path);
-        path = restored;
+    const QString parentReference = QString::fromLatin1("..") + separator;
+    const qint32 first = path.indexOf(parentReference);
+    if (first < 0 || isPlaceholder(path.left(first), separator))
+        return path;
+    QString head = path.left(first);
+    QString rest = path.mid(first);
+    while (rest.startsWith(parentReference)) {
+        rest.remove(0, parentReference.size());
+        head = parentFolder(head, separator);
     }
-
-    const qint32 first = indexOfParentReference(path, separator);
-    if (first < 0)
-        return;
-    Text head = path;
-    cutTo(head, first);
-    if (isPlaceholder(head, separator))
-        return;
-    dropFirst(path, first);
-    while (hasParentReferenceAt(path, 0, separator)) {
-        dropFirst(path, parentReferenceLength);
-        goUpOneFolder(head, separator);
-    }
-    append(head, path);
-    path = head;
+    return head + rest;
 }
 
 } // namespace
 
 QString normalizePath(QString path)
 {
-    normalize(path, path.contains(backslash) ? backslashUnit : slashUnit);
-    return path;
+    return normalize(path, path.contains(backslash) ? backslash : slash);
 }
 
 FixedWideString normalizePathFixed(FixedWideString &path)
 {
     if (path.length >= 2)
-        normalize(path.toBackslashes(), backslashUnit);
+        path.assignQString(normalize(path.toBackslashes().toQString(), backslash));
     return path;
 }
 
 QString parentFolder(QString path, QChar separator)
 {
-    goUpOneFolder(path, separator.unicode());
-    return path;
+    if (path.size() < 3)
+        return path;
+    if (path.endsWith(separator))
+        path.chop(1);
+    const qint32 start = protectedLength(path, separator);
+    if (start < 0)
+        return path;
+    const qint32 last = path.lastIndexOf(separator);
+    if (last < 0)
+        return QString(); // a bare drive has no parent
+    if (last >= start)
+        path.truncate(last);
+    return path + separator;
 }
 
 FixedWideString parentFolderFixed(FixedWideString &path)
 {
-    goUpOneFolder(path, backslashUnit);
+    path.assignQString(parentFolder(path.toQString(), backslash));
     return path;
 }
 
 QString withTrailingBackslash(const QString &path)
 {
-    const bool endsWithSlash = path.endsWith(QLatin1Char(slashUnit));
+    const bool endsWithSlash = path.endsWith(slash);
     return endsWithSlash || path.endsWith(backslash) ? path : path + backslash;
 }
 
-QString toBackslashPath(const QString &path)
-{
-    return QString(path).replace(QLatin1Char(slashUnit), backslash);
-}
+QString toBackslashPath(const QString &path) { return QString(path).replace(slash, backslash); }
 
-qint32 lastBackslash(const FixedWideString &path) { return lastIndexOfUnit(path, backslashUnit); }
+qint32 lastBackslash(const FixedWideString &path)
+{
+    return path.lastIndexOfUnit(backslashUnit, path.length);
+}
 
 QString folderOfPath(QString path)
 {

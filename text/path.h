@@ -10,10 +10,6 @@
 const QChar backslash = QLatin1Char(backslashUnit);
 const QChar asterisk = QLatin1Char('*');
 
-/// Units that the long-path prefix adds to a path, and to a network path.
-constexpr qint32 longPathPrefixUnits = 4;
-constexpr qint32 longNetworkPrefixUnits = 6;
-
 /// A path of this many units or more gets the long-path prefix; a search pattern only a longer one
 /// (fixed). Without it Windows takes fewer than 260 units (MAX_PATH).
 constexpr qint32 longPathLength = 240;
@@ -22,13 +18,13 @@ constexpr qint32 longPathLength = 240;
 /// folded into the folder before it. The separator is the backslash when the path holds one,
 /// otherwise the slash. The other of the two is ordinary text.
 ///
-/// Fixed: a run of n separators becomes half as many, rounded up, in one pass, and a network path
-/// keeps its leading pair. Two dots and a separator at the end of a longer name are a ".." too.
-/// Directly after a placeholder such as <Root> nothing is folded.
+/// Fixed: a run of n separators becomes half as many, rounded up, in one pass; a network path then
+/// gets one more in front. Two dots and a separator at the end of a longer name are a ".." too. A
+/// ".." after fewer than 3 units is just dropped. Directly after a placeholder such as <Root>
+/// nothing is folded.
 ///
-///     C:/a//b/../c returns C:/a/c; ..\..\x returns x
-///     ab\..\cd\..\e returns cd\..\e
-///     \\srv\share\..\x returns \\srv\sharex
+///     C:/a//b/../c returns C:/a/c; \\\\x returns \\\x; a\..\x returns a\x
+///     ab\..\cd\..\e returns cd\..\e; \\srv\share\..\x returns \\srv\sharex
 QString normalizePath(QString path);
 
 /// The same, with every slash turned into a backslash first. A path of one unit is returned
@@ -60,10 +56,11 @@ qint32 lastBackslash(const FixedWideString &path);
 /// The folder of a path, with a trailing backslash.
 ///
 /// Returned unchanged: paths shorter than 3 units or already ending in a backslash. Kept whole,
-/// with a backslash appended: a bare \\server\share, and a path with no backslash after its second
-/// unit.
+/// with a backslash appended: a path with no backslash after its second unit, and a path with just
+/// one there whose second unit is a backslash, as in a bare \\server\share.
 ///
-///     C:\a\b.txt returns C:\a\ and \\server\share returns \\server\share\ (abc returns abc\)
+///     C:\a\b.txt returns C:\a\; \\server\share returns \\server\share\;
+///     abc returns abc\; a\b\m returns a\b\m\; C: returns C:
 QString folderOfPath(QString path);
 
 /// Fills `destination` with `source` after the long-path prefix, and returns it: \\?\C:\x for C:\x,
