@@ -7,14 +7,7 @@ void printBanner()
 {
     constexpr const char *rule =
         ".----------------------------------------------------------------\n";
-    print("%s", rule);
-    print(". kxDeleteOldFiles ");
-    print(" " KX_VERSION);
-    print("\n");
-    print(". ");
-    print(KX_DESCRIPTION);
-    print("\n");
-    print("%s", rule);
+    print("%s. kxDeleteOldFiles  %s\n. %s\n%s", rule, KX_VERSION, KX_DESCRIPTION, rule);
 }
 
 void printUsage()

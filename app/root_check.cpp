@@ -4,18 +4,16 @@
 #include "install/root_flags.h"
 #include "sweep/console.h"
 
-#include <memory>
-
 bool checkInstallRoot(int argc, char **argv)
 {
     // Fixed: kept until the process ends. This tool reads none of its folders.
-    static const std::unique_ptr<InstallPaths> paths(new InstallPaths);
+    static InstallPaths paths;
     QString rootLog;
     bool startedOutsideRoot = false;
     constexpr bool cfgGlobalFromExeRoot = false;
     constexpr bool renderAppsFromExeRoot = false;
     constexpr bool win64Binaries = true;
-    if (findInstallRoot(*paths, argc, argv, rootLog, startedOutsideRoot, cfgGlobalFromExeRoot,
+    if (findInstallRoot(paths, argc, argv, rootLog, startedOutsideRoot, cfgGlobalFromExeRoot,
                         renderAppsFromExeRoot, FixedNarrowString100(), win64Binaries))
         return true;
 

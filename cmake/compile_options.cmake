@@ -4,7 +4,7 @@ target_compile_options(kx_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wold-style-cast
   -Wundef -Wmissing-declarations -Wnull-dereference -Wzero-as-null-pointer-constant
   $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
-  -ffunction-sections -fdata-sections
+  -ffunction-sections # not -fdata-sections, with which MinGW writes zeroed objects into the program's file
   "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.") # makes the same program in any folder
 if(WIN32)
   target_compile_definitions(kx_options INTERFACE

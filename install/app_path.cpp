@@ -19,23 +19,17 @@ FixedNarrowString250 currentFolder()
     return folder;
 }
 
-/// A variable's value in a buffer of the C run-time, freed when this goes out of scope.
-struct EnvironmentValue
+/// The value of an environment variable; null when it is not set.
+QString variableValue(const QString &name)
 {
-    explicit EnvironmentValue(const QString &name)
-        : isSet(_wdupenv_s(&text, &units, toWChar(name)) == 0 && text != nullptr && units > 0)
-    {
-    }
-    ~EnvironmentValue() { std::free(text); } // NOLINT(*-no-malloc): the C run-time allocated it
-    EnvironmentValue(const EnvironmentValue &) = delete;
-    EnvironmentValue &operator=(const EnvironmentValue &) = delete;
-
-    QString toQString() const { return fromWChar(text, static_cast<int>(std::wcslen(text))); }
-
     wchar_t *text = nullptr;
     std::size_t units = 0; // the terminator included
-    bool isSet;            // last, because its initialiser fills the members above
-};
+    QString value;
+    if (_wdupenv_s(&text, &units, toWChar(name)) == 0 && text != nullptr && units > 0)
+        value = fromWChar(text, static_cast<int>(std::wcslen(text)));
+    std::free(text); // NOLINT(*-no-malloc): the C run-time allocated it
+    return value;
+}
 
 } // namespace
 
@@ -92,10 +86,9 @@ bool appFolder(const char *argv0, FixedNarrowString250 &folder)
 QString getEnv(const QString &name)
 {
     if (name.compare(QLatin1String("ProgramFiles"), Qt::CaseInsensitive) == 0) {
-        const EnvironmentValue programFiles64(QString::fromLatin1("ProgramW6432"));
-        if (programFiles64.isSet)
-            return programFiles64.toQString();
+        const QString programFiles64 = variableValue(QString::fromLatin1("ProgramW6432"));
+        if (!programFiles64.isNull())
+            return programFiles64;
     }
-    const EnvironmentValue value(name);
-    return value.isSet ? value.toQString() : QString();
+    return variableValue(name);
 }
