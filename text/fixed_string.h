@@ -55,7 +55,15 @@ struct FixedString
 
     /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
     /// becomes the unit 0xFFE9 in a wide string (fixed: no code page is used).
-    void assignNarrow(const char *text);
+    void assignNarrow(const char *text)
+    {
+        length = 0;
+        while (text != nullptr && length < Capacity && text[length] != '\0') {
+            value[length] = static_cast<Unit>(static_cast<signed char>(text[length]));
+            ++length;
+        }
+        zeroTail();
+    }
 
     /// Sets every unit from the terminator to the end of the array to 0.
     void zeroTail() { std::fill(value + length, value + Capacity + 1, Unit(0)); }
@@ -64,30 +72,73 @@ struct FixedString
     void assign(const FixedString &other) { *this = other; }
 
     /// Takes the first units of a QString, at most the capacity (wide strings only).
-    void assignQString(const QString &text);
+    void assignQString(const QString &text)
+    {
+        static_assert(isWide, "a narrow string takes Latin-1 bytes");
+        setLength(0);
+        appendUnits(reinterpret_cast<const Unit *>(text.constData()), text.size());
+    }
 
     /// Takes the first Latin-1 bytes of a QString, at most the capacity (narrow strings only).
-    void assignLatin1(const QString &text);
+    void assignLatin1(const QString &text)
+    {
+        static_assert(!isWide, "a wide string takes the units of a QString");
+        const QByteArray bytes = text.toLatin1();
+        setLength(0);
+        appendUnits(bytes.constData(), bytes.size());
+    }
 
     /// A QString of exactly `length` characters. Narrow text is read as Latin-1.
-    QString toQString() const;
+    QString toQString() const
+    {
+        // Not QString::fromUtf16, which would drop a leading U+FEFF.
+        if constexpr (isWide)
+            return QString(reinterpret_cast<const QChar *>(value), length);
+        else
+            return QString::fromLatin1(value, length);
+    }
 
     /// Sets the length, limited to the range from 0 to the capacity, and the terminator. Nothing
     /// else changes, so growing exposes the units after the old terminator.
-    void setLength(qint16 newLength);
+    void setLength(qint16 newLength)
+    {
+        length = static_cast<quint16>(qBound<qint32>(0, newLength, Capacity));
+        value[length] = Unit(0);
+    }
 
     /// Sets the length to the position of the first 0 unit. Without one, sets it to the capacity
     /// and puts the 0 there. Fixed: not called here.
-    void recomputeLength();
+    void recomputeLength()
+    {
+        const Unit *terminator = std::find(value, value + Capacity, Unit(0));
+        setLength(static_cast<qint16>(terminator - value));
+    }
 
     /// The first `count` units; fewer when the string is shorter, none for a negative count.
-    FixedString left(qint32 count) const;
+    FixedString left(qint32 count) const
+    {
+        FixedString result;
+        result.appendUnits(value, qMin<qint32>(length, count));
+        return result;
+    }
 
     /// Appends `count` units, as many as fit. Nothing for null or a count of 0 or less.
-    void appendUnits(const Unit *units, qint32 count);
+    void appendUnits(const Unit *units, qint32 count)
+    {
+        if (units == nullptr || count <= 0)
+            return;
+        const qint32 fitting = qMin<qint32>(count, Capacity - length);
+        std::memmove(value + length, units, static_cast<std::size_t>(fitting) * sizeof(Unit));
+        setLength(static_cast<qint16>(length + fitting));
+    }
 
     /// Appends a backslash when the last unit is not one and there is room. A slash does not count.
-    void addTrailingBackslash();
+    void addTrailingBackslash()
+    {
+        const Unit unit = backslashUnit;
+        if (!endsWithBackslash())
+            appendUnits(&unit, 1);
+    }
 
     /// Inserts `text` before the unit at `position` (0 when negative, the end when past it).
     void insertAt(const qint32 &position, const FixedString &text);
@@ -104,7 +155,11 @@ struct FixedString
     void toUpper() { std::transform(value, value + length, value, upperCaseUnit<Unit>); }
 
     /// Turns every slash into a backslash in place.
-    FixedString &toBackslashes();
+    FixedString &toBackslashes()
+    {
+        std::replace(value, value + length, Unit(slashUnit), Unit(backslashUnit));
+        return *this;
+    }
 
     bool isEmpty() const { return length == 0; }
 
@@ -120,10 +175,21 @@ struct FixedString
     /// Whether the string begins with `prefix`, case-insensitive; false when either is empty.
     /// Fixed: leaves a prefix that is neither empty nor too long in upper case, so pass one that is
     /// not needed afterwards.
-    bool startsWithNoCase(FixedString &prefix) const;
+    bool startsWithNoCase(FixedString &prefix) const
+    {
+        if (isEmpty() || prefix.isEmpty() || prefix.length > length)
+            return false;
+        prefix.toUpper();
+        return sameUnitsNoCase(value, prefix.value, prefix.length);
+    }
 
     /// Whether the string ends with `suffix`, case-insensitive; false when either is empty.
-    bool endsWithNoCase(const FixedString &suffix) const;
+    bool endsWithNoCase(const FixedString &suffix) const
+    {
+        if (isEmpty() || suffix.isEmpty() || suffix.length > length)
+            return false;
+        return sameUnitsNoCase(value + length - suffix.length, suffix.value, suffix.length);
+    }
 
     /// Whether the string begins with a parent reference, "..".
     bool startsWithParentReference() const;
@@ -148,11 +214,24 @@ struct FixedString
 
     /// Position of the first `unit`, case-insensitive, at or after `from`; -1 when there is none. A
     /// start outside 1 to length - 1 is taken for 0.
-    qint32 indexOfUnitNoCase(Unit unit, qint32 from = 0) const;
+    qint32 indexOfUnitNoCase(Unit unit, qint32 from = 0) const
+    {
+        const qint32 start = from >= 1 && from < length ? from : 0;
+        for (qint32 i = start; i < length; ++i)
+            if (upperCaseUnit(value[i]) == upperCaseUnit(unit))
+                return i;
+        return -1;
+    }
 
     /// Position of the last `unit`, case-sensitive, before `end`; -1 when there is none. `end` is
     /// at most the length.
-    qint32 lastIndexOfUnit(Unit unit, qint32 end) const;
+    qint32 lastIndexOfUnit(Unit unit, qint32 end) const
+    {
+        qint32 position = end - 1;
+        while (position >= 0 && value[position] != unit)
+            --position;
+        return position;
+    }
 };
 
 using FixedWideString = FixedString<char16_t, 500>;
@@ -177,84 +256,6 @@ Fixed fixedText(const QString &text)
     Fixed result;
     result.assignQString(text);
     return result;
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::assignNarrow(const char *text)
-{
-    length = 0;
-    while (text != nullptr && length < Capacity && text[length] != '\0') {
-        value[length] = static_cast<Unit>(static_cast<signed char>(text[length]));
-        ++length;
-    }
-    zeroTail();
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::assignQString(const QString &text)
-{
-    static_assert(isWide, "a narrow string takes Latin-1 bytes");
-    setLength(0);
-    appendUnits(reinterpret_cast<const Unit *>(text.constData()), text.size());
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::assignLatin1(const QString &text)
-{
-    static_assert(!isWide, "a wide string takes the units of a QString");
-    const QByteArray bytes = text.toLatin1();
-    setLength(0);
-    appendUnits(bytes.constData(), bytes.size());
-}
-
-template <typename Unit, qint32 Capacity>
-QString FixedString<Unit, Capacity>::toQString() const
-{
-    // Not QString::fromUtf16, which would drop a leading U+FEFF.
-    if constexpr (isWide)
-        return QString(reinterpret_cast<const QChar *>(value), length);
-    else
-        return QString::fromLatin1(value, length);
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::setLength(qint16 newLength)
-{
-    length = static_cast<quint16>(qBound<qint32>(0, newLength, Capacity));
-    value[length] = Unit(0);
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::recomputeLength()
-{
-    const Unit *terminator = std::find(value, value + Capacity, Unit(0));
-    setLength(static_cast<qint16>(terminator - value));
-}
-
-template <typename Unit, qint32 Capacity>
-FixedString<Unit, Capacity> FixedString<Unit, Capacity>::left(qint32 count) const
-{
-    FixedString result;
-    result.appendUnits(value, qMin<qint32>(length, count));
-    return result;
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::appendUnits(const Unit *units, qint32 count)
-{
-    if (units == nullptr || count <= 0)
-        return;
-    const qint32 fitting = qMin<qint32>(count, Capacity - length);
-    std::memmove(value + length, units, static_cast<std::size_t>(fitting) * sizeof(Unit));
-    setLength(static_cast<qint16>(length + fitting));
-}
-
-template <typename Unit, qint32 Capacity>
-void FixedString<Unit, Capacity>::addTrailingBackslash()
-{
-    const Unit unit = backslashUnit;
-    if (!endsWithBackslash())
-        appendUnits(&unit, 1);
 }
 
 template <typename Unit, qint32 Capacity>
@@ -292,30 +293,6 @@ FixedString<Unit, Capacity>::replaceAllNoCase(const FixedString &find,
         found = indexOfNoCase(find, found + replacement.length);
     }
     return *this;
-}
-
-template <typename Unit, qint32 Capacity>
-FixedString<Unit, Capacity> &FixedString<Unit, Capacity>::toBackslashes()
-{
-    std::replace(value, value + length, Unit(slashUnit), Unit(backslashUnit));
-    return *this;
-}
-
-template <typename Unit, qint32 Capacity>
-bool FixedString<Unit, Capacity>::startsWithNoCase(FixedString &prefix) const
-{
-    if (isEmpty() || prefix.isEmpty() || prefix.length > length)
-        return false;
-    prefix.toUpper();
-    return sameUnitsNoCase(value, prefix.value, prefix.length);
-}
-
-template <typename Unit, qint32 Capacity>
-bool FixedString<Unit, Capacity>::endsWithNoCase(const FixedString &suffix) const
-{
-    if (isEmpty() || suffix.isEmpty() || suffix.length > length)
-        return false;
-    return sameUnitsNoCase(value + length - suffix.length, suffix.value, suffix.length);
 }
 
 template <typename Unit, qint32 Capacity>
@@ -374,23 +351,4 @@ qint32 FixedString<Unit, Capacity>::indexOfNoCase(const FixedString &text, qint3
         spanSum += static_cast<quint32>(upper.value[i + needle.length]);
         spanSum -= static_cast<quint32>(upper.value[i]);
     }
-}
-
-template <typename Unit, qint32 Capacity>
-qint32 FixedString<Unit, Capacity>::indexOfUnitNoCase(Unit unit, qint32 from) const
-{
-    const qint32 start = from >= 1 && from < length ? from : 0;
-    for (qint32 i = start; i < length; ++i)
-        if (upperCaseUnit(value[i]) == upperCaseUnit(unit))
-            return i;
-    return -1;
-}
-
-template <typename Unit, qint32 Capacity>
-qint32 FixedString<Unit, Capacity>::lastIndexOfUnit(Unit unit, qint32 end) const
-{
-    qint32 position = end - 1;
-    while (position >= 0 && value[position] != unit)
-        --position;
-    return position;
 }
