@@ -22,7 +22,7 @@ const char *readOptions(int argc, char **argv, Options &options)
             const QString value = QString::fromLatin1(argv[i]);
             options.daysOld = value.toInt(&isNumber, 10);
             // QtCore 5 takes U+0085 for white space.
-            if (!isNumber || value.contains(QChar(nextLine)))
+            if (!isNumber || value.contains(nextLineCharacter))
                 return argv[i];
         } else if (isOption(argument, "-v")) {
             options.verbose = true;

@@ -47,14 +47,14 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     constexpr bool readAllFirst = false;
     constexpr bool sort = false;
     constexpr bool descending = false;
-    DirListingHandle listing;
-    DirListing::create(listing);
-    DirListing::addSuffixFilter(listing, parts.nameEnd); // fixed: without effect on folders
-    DirListing::open(listing, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
+    DirListingHandle handle;
+    DirListing::create(handle);
+    DirListing::addSuffixFilter(handle, parts.nameEnd); // fixed: without effect on folders
+    DirListing::open(handle, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
                      sort, descending);
-    while (DirListing::next(listing)) {
-        const QString name = DirListing::name(listing);
-        if (DirListing::isFolder(listing) && !name.contains(asterisk))
+    while (DirListing::next(handle)) {
+        const QString name = DirListing::name(handle);
+        if (DirListing::isFolder(handle) && !name.contains(asterisk))
             expandWildcardFolders(parts.base + name + parts.rest, daysOld, verbose);
     }
 }

@@ -112,13 +112,13 @@ void countDeletion(const Sweep &sweep, qint64 size)
             static_cast<qint64>(static_cast<quint64>(size) + bytesPerKiB / 2) / bytesPerKiB;
 }
 
-void deleteEntry(const Sweep &sweep, DirListingHandle &listing, FolderState &state)
+void deleteEntry(const Sweep &sweep, DirListingHandle &handle, FolderState &state)
 {
-    const qint64 size = DirListing::size(listing);
+    const qint64 size = DirListing::size(handle);
     // Deliberately logged before the attempt, so a file that cannot be deleted has its line too.
     const QLatin1String head(sweep.namesOnly ? "" : "     -del ");
-    append(deletionLog(sweep), head, DirListing::name(listing), QLatin1String("\n"));
-    const QString path = DirListing::fullPath(listing);
+    append(deletionLog(sweep), head, DirListing::name(handle), QLatin1String("\n"));
+    const QString path = DirListing::fullPath(handle);
     const QString error = deleteFile(path);
     if (error.isEmpty()) {
         countDeletion(sweep, size);
@@ -128,9 +128,9 @@ void deleteEntry(const Sweep &sweep, DirListingHandle &listing, FolderState &sta
     markKept(state);
 }
 
-void sweepFile(const Sweep &sweep, DirListingHandle &listing, FolderState &state)
+void sweepFile(const Sweep &sweep, DirListingHandle &handle, FolderState &state)
 {
-    const QString name = DirListing::name(listing);
+    const QString name = DirListing::name(handle);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ignS "), name, QLatin1String("   '"),
@@ -138,21 +138,21 @@ void sweepFile(const Sweep &sweep, DirListingHandle &listing, FolderState &state
         markKept(state);
         return;
     }
-    if (!isOldEnough(sweep, state, DirListing::time(listing))) {
+    if (!isOldEnough(sweep, state, DirListing::time(handle))) {
         append(decisionLog(sweep), QLatin1String("     -ignT "), name, QLatin1String("\n"));
         markKept(state);
         return;
     }
-    deleteEntry(sweep, listing, state);
+    deleteEntry(sweep, handle, state);
 }
 
 bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty);
 
-void sweepSubfolder(const Sweep &sweep, const DirListingHandle &listing, FolderState &state)
+void sweepSubfolder(const Sweep &sweep, const DirListingHandle &handle, FolderState &state)
 {
     if (!sweep.recurse)
         return;
-    const QString name = DirListing::name(listing);
+    const QString name = DirListing::name(handle);
     const QString *suffix = ignoredSuffix(sweep, name);
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
@@ -164,7 +164,7 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &listing, FolderS
     }
     append(decisionLog(sweep), QLatin1String("     -dir ["), name, QLatin1String("]\n"));
     constexpr bool removeIfEmpty = true;
-    if (!sweepTree(sweep, DirListing::fullPath(listing), removeIfEmpty))
+    if (!sweepTree(sweep, DirListing::fullPath(handle), removeIfEmpty))
         markKept(state);
 }
 
@@ -188,20 +188,20 @@ bool sweepTree(const Sweep &sweep, const QString &folder, bool removeIfEmpty)
     constexpr bool readAllFirst = true; // so that entries can be deleted on the way
     constexpr bool sort = false;
     constexpr bool descending = false;
-    DirListingHandle listing;
-    DirListing::create(listing);
-    DirListing::open(listing, folder, includeFolders, readAllFirst, sort, descending);
+    DirListingHandle handle;
+    DirListing::create(handle);
+    DirListing::open(handle, folder, includeFolders, readAllFirst, sort, descending);
     append(decisionLog(sweep), QLatin1String("   ["), folder, QLatin1String("]: \n"));
-    reserveLog(sweep, *listing.listing);
+    reserveLog(sweep, *handle.listing);
     FolderState state;
     currentTime(state.now);
     printProgress(sweep, folder, state.now);
 
-    while (DirListing::next(listing)) {
-        if (DirListing::isFolder(listing))
-            sweepSubfolder(sweep, listing, state);
+    while (DirListing::next(handle)) {
+        if (DirListing::isFolder(handle))
+            sweepSubfolder(sweep, handle, state);
         else
-            sweepFile(sweep, listing, state);
+            sweepFile(sweep, handle, state);
     }
     if (state.kept || !removeIfEmpty)
         return state.nothingLeft;
@@ -215,7 +215,15 @@ bool sweepFolder(const QString &folder, const bool &removeIfEmpty, const bool &r
                  qint32 *deletedCount, qint64 *deletedKiB, QString *log, const bool &namesOnly,
                  TimeStamp *progressStamp)
 {
-    const Sweep sweep = { recurse,    maxAgeMinutes, ignoreSuffixes, errors,       deletedCount,
-                          deletedKiB, log,           namesOnly,      progressStamp };
+    Sweep sweep = {};
+    sweep.recurse = recurse;
+    sweep.maxAgeMinutes = maxAgeMinutes;
+    sweep.ignoreSuffixes = ignoreSuffixes;
+    sweep.errors = errors;
+    sweep.deletedCount = deletedCount;
+    sweep.deletedKiB = deletedKiB;
+    sweep.log = log;
+    sweep.namesOnly = namesOnly;
+    sweep.progressStamp = progressStamp;
     return sweepTree(sweep, folder, removeIfEmpty);
 }

@@ -2,7 +2,7 @@
 
 namespace {
 
-bool isWhiteSpace(QChar unit) { return unit.isSpace() && unit != QChar(nextLine); }
+bool isWhiteSpace(QChar unit) { return unit.isSpace() && unit != nextLineCharacter; }
 
 } // namespace
 

@@ -7,7 +7,7 @@
 
 #include <QString>
 
-constexpr ushort nextLine = 0x0085; // not white space here
+const QChar nextLineCharacter = QChar(0x0085); // not white space here
 
 /// The text without white space at either end.
 QString trimmedText(const QString &text);
