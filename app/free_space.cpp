@@ -7,7 +7,7 @@ namespace {
 
 constexpr qint32 rootBufferUnits = 255; // the terminator included
 constexpr int bytesToMiBShift = 20;
-constexpr quint32 unknownFreeSpaceMiB = 1000; // fixed; a report shows it like any other
+constexpr quint32 unknownFreeSpaceMiB = 1000; // frozen; a report shows it like any other
 
 /// The root of the volume that holds the path; empty when the path has none.
 QString volumeRoot(const QString &path)
@@ -19,7 +19,7 @@ QString volumeRoot(const QString &path)
     const qint32 endOfServer = path.indexOf(backslash, 3);
     if (endOfServer < 0 && path.startsWith(QString(2, backslash)))
         return QString(); // a server without a share
-    // Fixed: if endOfServer is -1, this search starts at 0, so \temp has the root "\".
+    // Frozen: if endOfServer is -1, this search starts at 0, so \temp has the root "\".
     const qint32 endOfShare = path.indexOf(backslash, endOfServer + 1);
     return path.left(endOfShare + 1);
 }

@@ -1,4 +1,4 @@
-// The free space of a folder's drive or network share. A fixed interface, see CONTRIBUTING.md.
+// The free space of a folder's drive or network share. A frozen interface, see CONTRIBUTING.md.
 #pragma once
 
 #include <QString>

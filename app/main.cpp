@@ -16,7 +16,7 @@ int _dowildcard = 0; // NOLINT(*-non-const-global-variables,readability-identifi
 
 namespace {
 
-constexpr int minArguments = 3; // fixed: a directory alone gets the usage text
+constexpr int minArguments = 3; // frozen: a directory alone gets the usage text
 
 constexpr int exitDone = 0; // whatever happened inside the folders
 constexpr int exitUsage = -1;

@@ -15,7 +15,7 @@ const char *readOptions(int argc, char **argv, Options &options)
 {
     for (int i = 1; i < argc; ++i) {
         const QString argument = QString::fromLatin1(argv[i]);
-        // Fixed: a final -do without a value is taken for the directory.
+        // Frozen: a final -do without a value is taken for the directory.
         if (isOption(argument, "-do") && i + 1 < argc) {
             ++i;
             bool isNumber = false;

@@ -6,7 +6,7 @@
 
 bool checkInstallRoot(int argc, char **argv)
 {
-    // Fixed: kept until the process ends. This tool reads none of its folders.
+    // Frozen: kept until the process ends. This tool reads none of its folders.
     static InstallPaths paths;
     QString rootLog;
     bool startedOutsideRoot = false;
@@ -19,7 +19,7 @@ bool checkInstallRoot(int argc, char **argv)
 
     const QStringList flagValues = rootFlagValues(argc, argv);
     const QString lastFlagValue = flagValues.isEmpty() ? QString() : flagValues.last();
-    // Fixed: one arg() at a time, so a "%2" in the program's name is filled too.
+    // Frozen: one arg() at a time, so a "%2" in the program's name is filled too.
     const QString message =
         QString::fromLatin1("Unable to get KX Root path; This executable was not started from a "
                             "KX directory.\n\n (Tried: '%1', '%2')\n%3")

@@ -3,6 +3,6 @@
 
 /// Whether the installation root is found. When it is not, prints what was tried.
 ///
-/// Fixed: prints the message as a format, so a "%" in a path is a conversion without a value (see
+/// Frozen: prints the message as a format, so a "%" in a path is a conversion without a value (see
 /// printAsFormat).
 bool checkInstallRoot(int argc, char **argv);

@@ -49,7 +49,7 @@ void expandWildcardFolders(QString path, const qint32 &daysOld, const bool &verb
     constexpr bool descending = false;
     DirListingHandle handle;
     DirListing::create(handle);
-    DirListing::addSuffixFilter(handle, parts.nameEnd); // fixed: without effect on folders
+    DirListing::addSuffixFilter(handle, parts.nameEnd); // frozen: without effect on folders
     DirListing::open(handle, parts.base + parts.nameStart + asterisk, includeFolders, readAllFirst,
                      sort, descending);
     while (DirListing::next(handle)) {

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr DWORD moduleNameBytes = 250;    // the capacity; see appFolder for a longer name
-constexpr DWORD currentFolderBytes = 249; // fixed; the terminator included
+constexpr DWORD currentFolderBytes = 249; // frozen; the terminator included
 
 FixedNarrowString250 currentFolder()
 {
@@ -43,7 +43,7 @@ FixedNarrowString250 parentFolderNarrow(FixedNarrowString250 &path)
     const bool isNetworkPath = path.value[1] == backslashUnit;
     if (last >= 2 && (!isNetworkPath || path.lastIndexOfUnit(backslashUnit, last) >= 2))
         path.setLength(static_cast<qint16>(last));
-    path.appendUnits(&backslashUnit, 1); // fixed: also after a backslash
+    path.appendUnits(&backslashUnit, 1); // frozen: also after a backslash
     return path;
 }
 

@@ -1,4 +1,4 @@
-// The running program's folder, and environment variables. A fixed interface, see CONTRIBUTING.md,
+// The running program's folder, and environment variables. A frozen interface, see CONTRIBUTING.md,
 // except absoluteProgramPath.
 //
 // The program's folder is 8-bit text in the system's code page, silently truncated at 250 bytes.

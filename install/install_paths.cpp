@@ -80,7 +80,7 @@ void setFolders(InstallPaths &paths, const QString &root, const EntryFolder (&fo
         setFolder(paths, folder.entry, root + QLatin1String(folder.below));
 }
 
-/// A debug build uses the data and the plugins of its release build. Fixed: case-insensitive,
+/// A debug build uses the data and the plugins of its release build. Frozen: case-insensitive,
 /// unlike the test for a release build's relink file. Replaced within the fixed string, so that
 /// what the first replacement pushes past 250 units is gone before the second.
 void debugToReleaseNoCase(FixedWideString250 &folder)

@@ -2,7 +2,7 @@
 //
 // Folders are silently truncated at 250 UTF-16 units. They end with a backslash, unless they are
 // empty, truncated, taken unchanged (KX_ROOT with a slash, ExeRoot), or a network share that
-// "-loadstatus .." leads to. No folder is created. A fixed interface of the suite's tools, see
+// "-loadstatus .." leads to. No folder is created. A frozen interface of the suite's tools, see
 // CONTRIBUTING.md.
 #pragma once
 
@@ -38,7 +38,7 @@ enum InstallEntry {
     localRenderOutput = 25,
     localCachedScenes = 26,
     localRendererPreferences = 27,
-    unusedFolder = 28,    // fixed: always empty
+    unusedFolder = 28,    // frozen: always empty
     executablesRoot = 29, // the program side: binaries, plugins, logs
     statusFolder = 30,    // from the command line
     statistics = 31,

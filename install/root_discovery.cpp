@@ -102,7 +102,7 @@ bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLo
         candidate = rootFromEnvironment("KX_ROOT_INSTALLER", rootLog);
     if (candidate.isEmpty())
         candidate = rootAboveProgram(argc, argv);
-    checkFinalSpelling(candidate, rootLog); // fixed: tests the first two sources a second time
+    checkFinalSpelling(candidate, rootLog); // frozen: tests the first two sources a second time
     if (candidate.isEmpty() && argc >= 1)
         candidate = rootFromProgramName(QString::fromLatin1(argv[0]));
     if (candidate.isEmpty())

@@ -20,7 +20,7 @@
 ///                        options of the layout, explained at buildInstallLayout
 ///
 /// False when no source has a valid root; `paths` is then unchanged. Also false when the relink
-/// file cannot be opened; the installation root is then empty. A fixed interface, see
+/// file cannot be opened; the installation root is then empty. A frozen interface, see
 /// CONTRIBUTING.md.
 bool findInstallRoot(InstallPaths &paths, int argc, char **argv, QString &rootLog,
                      bool &startedOutsideRoot, bool cfgGlobalFromExeRoot,

@@ -15,7 +15,7 @@ enum class RelinkResult { noFile, read, cannotOpen };
 ///
 /// "Root = folder" moves the installation root, adds a trailing backslash, and appends the folder
 /// to `rootLog` with the verdict of isValidRoot; the folder is used either way. "ExeRoot = folder"
-/// sets the executables root, unchanged. Any other line does nothing. Fixed: when there is a file
+/// sets the executables root, unchanged. Any other line does nothing. Frozen: when there is a file
 /// the installation root is empty afterwards unless the line moved it, and the layout is then
 /// relative to the current folder. The line is read as Latin-1.
 RelinkResult readRelinkFile(InstallPaths &paths, QString &rootLog);

@@ -6,7 +6,7 @@
 //
 // No failure is reported. A folder that cannot be searched has no entries, nor has one whose search
 // pattern (its path with "\*") would not fit into 500 UTF-16 units, prefix included. A search that
-// fails halfway just ends. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// fails halfway just ends. A frozen interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "sweep/file_time.h"
@@ -101,5 +101,5 @@ struct DirListing
     QList<TimeStamp> times;
     QList<qint64> sizes;
     QVector<bool> folderFlags;         // one byte each; a QList takes eight
-    DirListingHandle *owner = nullptr; // fixed: not read here
+    DirListingHandle *owner = nullptr; // frozen: not read here
 };

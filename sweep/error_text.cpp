@@ -113,7 +113,7 @@ bool findStatusMessage(quint32 code, FixedNarrowString500 &text)
 
 FixedWideString textWithoutSystemMessage(quint32 code)
 {
-    // Fixed: bytes are widened with their sign, so 0xFC (an umlaut) from ntdll.dll becomes U+FFFC.
+    // Frozen: bytes are widened with their sign, so 0xFC (an umlaut) from ntdll.dll becomes U+FFFC.
     const auto result = fixedText<FixedWideString>(exceptionCodeText(code).value);
     if (!result.isEmpty())
         return result;

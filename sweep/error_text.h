@@ -1,7 +1,7 @@
 // Windows' error codes as one line of text.
 //
 // Texts are in the user's language where Windows has them. Codes are shown as signed decimal
-// numbers. A fixed interface of the suite's tools, see CONTRIBUTING.md.
+// numbers. A frozen interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "text/fixed_string.h"

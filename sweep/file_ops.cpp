@@ -118,5 +118,5 @@ QString deleteFile(const QString &path)
         .arg(systemErrorText(error).toQString());
 }
 
-// Fixed: resolves a relative path against itself.
+// Frozen: resolves a relative path against itself.
 bool removeFolder(const QString &path) { return QDir(path).rmdir(path); }

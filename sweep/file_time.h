@@ -1,7 +1,7 @@
 // Times and age limits: seconds since 1970-01-01 00:00 UTC, and spans in minutes and seconds.
 //
 // All times are UTC, so no time zone enters the age of a file. Sums and differences wrap in 64
-// bits, so every input has a result. A fixed interface of the suite's tools, see CONTRIBUTING.md,
+// bits, so every input has a result. A frozen interface of the suite's tools, see CONTRIBUTING.md,
 // except daysToMinutes and minutesToSeconds.
 #pragma once
 
@@ -26,10 +26,10 @@ void fileTimeToSeconds(TimeStamp &seconds, quint32 low, quint32 high);
 /// `stamp` becomes that time.
 bool hasElapsed(TimeStamp &stamp, qint64 span, bool update, const TimeStamp *now = nullptr);
 
-/// Minutes in a number of days, in 32 bits. Fixed: wraps beyond 1491308 days either way, where the
+/// Minutes in a number of days, in 32 bits. Frozen: wraps beyond 1491308 days either way, where the
 /// sign may change.
 qint32 daysToMinutes(qint32 days);
 
-/// Seconds in a number of minutes, in 32 bits. Fixed: wraps beyond 35791394 minutes (24855 days)
+/// Seconds in a number of minutes, in 32 bits. Frozen: wraps beyond 35791394 minutes (24855 days)
 /// either way, so a higher age limit may delete younger files.
 qint32 minutesToSeconds(qint32 minutes);

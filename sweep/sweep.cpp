@@ -115,7 +115,7 @@ void countDeletion(const Sweep &sweep, qint64 size)
 void deleteEntry(const Sweep &sweep, DirListingHandle &handle, FolderState &state)
 {
     const qint64 size = DirListing::size(handle);
-    // Deliberately logged before the attempt, so a file that cannot be deleted has its line too.
+    // Frozen: logged before the attempt, so a file that cannot be deleted has its line too.
     const QLatin1String head(sweep.namesOnly ? "" : "     -del ");
     append(deletionLog(sweep), head, DirListing::name(handle), QLatin1String("\n"));
     const QString path = DirListing::fullPath(handle);
@@ -157,8 +157,8 @@ void sweepSubfolder(const Sweep &sweep, const DirListingHandle &handle, FolderSt
     if (suffix != nullptr) {
         append(decisionLog(sweep), QLatin1String("     -ign ["), name, QLatin1String("]  '"),
                *suffix, QLatin1String("'\n"));
-        // Deliberately not marked as kept, so the sweep still tries to remove the folder around it,
-        // and reports that it cannot.
+        // Frozen: not marked as kept, so the sweep still tries to remove the folder around it, and
+        // reports that it cannot.
         state.nothingLeft = false;
         return;
     }

@@ -1,4 +1,4 @@
-// The sweep of one folder tree: deletes old files and subfolders that are left empty. A fixed
+// The sweep of one folder tree: deletes old files and subfolders that are left empty. A frozen
 // interface of the suite's tools, see CONTRIBUTING.md.
 #pragma once
 

@@ -5,9 +5,9 @@
 
 /// The text with &lt; &gt; &quot; &apos; &amp; and the numeric entities of the German umlauts and
 /// sharp s (&#196; &#214; &#220; &#228; &#246; &#252; &#223;) replaced by their characters. Names
-/// are case-sensitive, and nothing else is decoded. A fixed interface, see CONTRIBUTING.md.
+/// are case-sensitive, and nothing else is decoded. A frozen interface, see CONTRIBUTING.md.
 ///
-/// Fixed: &amp; is decoded after the other names and before the numbers:
+/// Frozen: &amp; is decoded after the other names and before the numbers:
 ///
 ///     &amp;lt; returns &lt;    &amp;#196; returns the capital A with diaeresis
 QString decodeEntities(QString text);

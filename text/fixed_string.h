@@ -6,7 +6,7 @@
 // and each replacement of replaceAllNoCase set them to 0; assign copies them, and the other
 // operations leave them. Case-insensitive operations fold a to z only.
 //
-// A fixed interface of the suite's tools, see CONTRIBUTING.md, except toQString, lastIndexOfUnit,
+// A frozen interface of the suite's tools, see CONTRIBUTING.md, except toQString, lastIndexOfUnit,
 // addTrailingBackslash, and the functions and constants outside of the struct.
 #pragma once
 
@@ -54,7 +54,7 @@ struct FixedString
     }
 
     /// Takes a zero-terminated 8-bit text; null clears. Bytes are widened with their sign, so 0xE9
-    /// becomes the unit 0xFFE9 in a wide string (fixed: no code page is used).
+    /// becomes the unit 0xFFE9 in a wide string (frozen: no code page is used).
     void assignNarrow(const char *text)
     {
         length = 0;
@@ -107,7 +107,7 @@ struct FixedString
     }
 
     /// Sets the length to the position of the first 0 unit. Without one, sets it to the capacity
-    /// and puts the 0 there. Fixed: not called here.
+    /// and puts the 0 there. Frozen: not called here.
     void recomputeLength()
     {
         const Unit *terminator = std::find(value, value + Capacity, Unit(0));
@@ -163,7 +163,7 @@ struct FixedString
 
     bool isEmpty() const { return length == 0; }
 
-    /// Whether the first unit is exactly `unit`; false when empty. Fixed: not called here.
+    /// Whether the first unit is exactly `unit`; false when empty. Frozen: not called here.
     bool firstUnitIs(Unit unit) const { return !isEmpty() && value[0] == unit; }
 
     /// Whether the last unit is a backslash; false when empty.
@@ -173,8 +173,8 @@ struct FixedString
     qint32 firstBackslash() const { return indexOfUnitNoCase(backslashUnit); }
 
     /// Whether the string begins with `prefix`, case-insensitive; false when either is empty.
-    /// Fixed: leaves a prefix that is neither empty nor too long in upper case, so pass one that is
-    /// not needed afterwards.
+    /// Frozen: leaves a prefix that is neither empty nor too long in upper case, so pass one that
+    /// is not needed afterwards.
     bool startsWithNoCase(FixedString &prefix) const
     {
         if (isEmpty() || prefix.isEmpty() || prefix.length > length)
@@ -198,11 +198,11 @@ struct FixedString
     bool isUncPath() const;
 
     /// Compares case-insensitively, by the bytes of the units in memory instead of their values.
-    /// After an equal beginning the shorter string is the smaller. Negative, 0 or positive. Fixed:
-    /// not called here.
+    /// After an equal beginning the shorter string is the smaller. Negative, 0 or positive.
+    /// Frozen: not called here.
     qint32 compareNoCase(const FixedString &other) const;
 
-    /// Whether both strings are equal, case-insensitive. Fixed: not called here.
+    /// Whether both strings are equal, case-insensitive. Frozen: not called here.
     bool equalsNoCase(const FixedString &other) const
     {
         return length == other.length && sameUnitsNoCase(value, other.value, length);

@@ -1,7 +1,7 @@
 // Paths as text: normalising them, going up one folder, the prefix for long paths.
 //
 // Lengths and positions are in UTF-16 units. Results in a FixedWideString are silently truncated at
-// its 500 units. A fixed interface of the suite's tools, see CONTRIBUTING.md, except
+// its 500 units. A frozen interface of the suite's tools, see CONTRIBUTING.md, except
 // withTrailingBackslash and the constants.
 #pragma once
 
@@ -18,7 +18,7 @@ constexpr qint32 longPathLength = 240;
 /// folded into the folder before it. The separator is the backslash when the path holds one,
 /// otherwise the slash. The other of the two is ordinary text.
 ///
-/// Fixed: a run of n separators becomes half as many, rounded up, in one pass; a network path then
+/// Frozen: a run of n separators becomes half as many, rounded up, in one pass; a network path then
 /// gets one more in front. Two dots and a separator at the end of a longer name are a ".." too. A
 /// ".." after fewer than 3 units is just dropped. Directly after a placeholder such as <Root>
 /// nothing is folded.
@@ -35,13 +35,13 @@ FixedWideString normalizePathFixed(FixedWideString &path);
 /// counts as a network path.
 ///
 /// Returned unchanged: paths of fewer than 3 units. A bare network share is returned without its
-/// trailing separator. The parent of a bare drive (C:\) or of a name is empty. All fixed.
+/// trailing separator. The parent of a bare drive (C:\) or of a name is empty. All frozen.
 ///
 ///     C:\a\ returns C:\; \\srv\share\dir returns \\srv\share\; \\srv\share\ returns \\srv\share
 QString parentFolder(QString path, QChar separator);
 
-/// The same with the backslash as separator. Changes `path` and returns a copy. Fixed: not called
-/// here.
+/// The same with the backslash as separator. Changes `path` and returns a copy. Frozen: not
+/// called here.
 FixedWideString parentFolderFixed(FixedWideString &path);
 
 /// The path with a trailing backslash, unless it ends with a backslash or a slash.
@@ -50,7 +50,7 @@ QString withTrailingBackslash(const QString &path);
 /// A copy with every slash turned into a backslash.
 QString toBackslashPath(const QString &path);
 
-/// Position of the last backslash, or -1. Fixed: not called here.
+/// Position of the last backslash, or -1. Frozen: not called here.
 qint32 lastBackslash(const FixedWideString &path);
 
 /// The folder of a path, with a trailing backslash.
@@ -64,7 +64,7 @@ qint32 lastBackslash(const FixedWideString &path);
 QString folderOfPath(QString path);
 
 /// Fills `destination` with `source` after the long-path prefix, and returns it: \\?\C:\x for C:\x,
-/// \\?\UNC\server\share for \\server\share. Fixed: adds it always, and converts nothing else.
+/// \\?\UNC\server\share for \\server\share. Frozen: adds it always, and converts nothing else.
 /// After \\?\ the Win32 file functions hand the rest of the path to the file system unchanged.
 const FixedWideString &withLongPathPrefix(FixedWideString &destination,
                                           const FixedWideString &source);
