@@ -85,10 +85,8 @@ bool appFolder(const char *argv0, FixedNarrowString250 &folder)
 
 QString getEnv(const QString &name)
 {
-    if (name.compare(QLatin1String("ProgramFiles"), Qt::CaseInsensitive) == 0) {
-        const QString programFiles64 = variableValue(QString::fromLatin1("ProgramW6432"));
-        if (!programFiles64.isNull())
-            return programFiles64;
-    }
-    return variableValue(name);
+    QString value;
+    if (name.compare(QLatin1String("ProgramFiles"), Qt::CaseInsensitive) == 0)
+        value = variableValue(QString::fromLatin1("ProgramW6432"));
+    return value.isNull() ? variableValue(name) : value;
 }
