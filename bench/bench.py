@@ -14,6 +14,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from collections import defaultdict
 from collections.abc import Callable, Iterable
 from math import log
 from typing import Any
@@ -39,6 +40,13 @@ COMMANDS = {
     "empty": [r"Y:\bench\empty.exe"],
 }
 
+# The comparisons of processor time: program, base, heading in the table, bars by the shares of old files.
+COMPARISONS: list[tuple[str, str, str, dict[tuple[str, ...], float]]] = [
+    ("tool", "floor", "tool", {("half", "all"): 1.15, ("none",): 1.30}),
+    ("rival", "floor", "rival", {}),
+    ("floor, no reset", "floor", "floor without reset", {}),
+    ("tool", "rival", "tool to rival", {("none",): 1, ("half", "all"): 1}),
+]
 FILES = {"none": 50_000, "half": 5_000, "all": 5_000}
 GROWTH_FILES = (1_000, 10_000, 100_000)
 GROWTH_ROUNDS = 3
@@ -58,7 +66,7 @@ class Bench:
         self.root = os.path.join(folder, "tree")
         self.rounds = rounds
         self.server = measure.start_server()
-        self.drawing: picture.Drawing = {share: {"tool": {}, "rival": {}} for share in FILES}
+        self.multiples: picture.Multiples = defaultdict(dict)
 
     def measured(self, how: Callable[[measure.Server, list[str]], Any], name: str, tree: trees.Tree) -> Any:
         """Makes the tree, returns what `how` measures of the program, and checks what is left."""
@@ -101,25 +109,20 @@ def bar(what: str, limit: float, values: list[float], form: str = "{:.2f}") -> R
 
 
 def time_section(bench: Bench) -> Section:
+    programs = dict.fromkeys(name for program, base, *_ in COMPARISONS for name in (program, base))
     rows = []
-    to_floor: dict[bool, list[float]] = {False: [], True: []}  # by whether a file is old
-    to_rival: dict[bool, list[float]] = {False: [], True: []}
     for shape in trees.SHAPES:
         for share, count in FILES.items():
-            costs = bench.in_turn(("tool", "floor", "floor, no reset", "rival"),
-                                  trees.generate(shape, count, share), bench.rounds)
-            ratios = [median_ratio(costs[name], costs[base]) for name, base in (
-                ("tool", "floor"), ("rival", "floor"), ("floor, no reset", "floor"), ("tool", "rival"))]
-            rows.append([shape, share, f"{count:,}", *(f"{ratio:.2f}" for ratio in ratios)])
-            to_floor[share != "none"].append(ratios[0])
-            to_rival[share != "none"].append(ratios[3])
-            bench.drawing[share]["tool"][shape], bench.drawing[share]["rival"][shape] = ratios[:2]
+            costs = bench.in_turn(programs, trees.generate(shape, count, share), bench.rounds)
+            row = {head: median_ratio(costs[program], costs[base]) for program, base, head, _ in COMPARISONS}
+            rows.append([shape, share, f"{count:,}", *(f"{multiple:.2f}" for multiple in row.values())])
+            for head, multiple in row.items():
+                bench.multiples[head, share][shape] = multiple
+    bars = [bar(f"processor time against the {base}, {' or '.join(shares)} old", limit,
+                [multiple for share in shares for multiple in bench.multiples[head, share].values()])
+            for _, base, head, limits in COMPARISONS for shares, limit in limits.items()]
     return ("Processor time as a multiple of the floor's; \"tool to rival\" as a multiple of the rival's:\n\n"
-            + table(["shape", "old", "files", "tool", "rival", "floor without reset", "tool to rival"], rows),
-            [bar("processor time against the floor, half or all old", 1.15, to_floor[True]),
-             bar("processor time against the floor, none old", 1.30, to_floor[False]),
-             bar("processor time against the rival, none old", 1, to_rival[False]),
-             bar("processor time against the rival, half or all old", 1, to_rival[True])])
+            + table(["shape", "old", "files", *(head for _, _, head, _ in COMPARISONS)], rows), bars)
 
 
 def growth_section(bench: Bench) -> Section:
@@ -203,17 +206,17 @@ def write(path: str, text: str) -> None:
     print(f"written: {os.path.relpath(path, ROOT)}")
 
 
-def write_report(report: str, drawing: picture.Drawing, to_page: bool) -> None:
+def write_report(report: str, multiples: picture.Multiples, to_page: bool) -> None:
     write(REPORT, report)
-    if drawing["none"]["tool"]:
-        picture.draw(drawing, REPORT.replace(".md", ".svg"))
+    if multiples:
+        picture.draw(multiples, REPORT.replace(".md", ".svg"))
     else:
         print("no picture: the times were not measured")
     if to_page:
         with open(PAGE, encoding="utf-8") as page:
             before, rest = page.read().split(BEGIN)
         write(PAGE, before + BEGIN + report + END + rest.split(END)[1])
-        picture.draw(drawing, PAGE.replace(".md", ".svg"))
+        picture.draw(multiples, PAGE.replace(".md", ".svg"))
 
 
 def read_options() -> argparse.Namespace:
@@ -250,8 +253,7 @@ def main() -> None:
     options = read_options()
     # On one core, the programs and the server do not wait for each other's core to wake up.
     os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
-    scratch = os.path.join(ROOT, "build", "scratch")  # drive X:
-    os.chdir(scratch)
+    os.chdir(os.path.join(ROOT, "build", "scratch"))  # drive X:
     names = [name for name in SECTIONS if name != "million" or options.million]
     with tempfile.TemporaryDirectory(prefix="kx-bench.", dir=options.on) as folder:
         subprocess.run(["ln", "-sfn", folder, "bench"], check=True)
@@ -265,7 +267,7 @@ def main() -> None:
     wine = subprocess.run(["wine", "--version"], capture_output=True, text=True, check=True).stdout.strip()
     head = (f"Measured with `{command}` in {options.rounds} rounds on {os.cpu_count()} cores, {system}, "
             f"Linux {platform.release().split('-')[0]}, {wine}, {time.strftime('%Y-%m-%d')}.\n\n")
-    write_report(head + sections, bench.drawing, options.write)
+    write_report(head + sections, bench.multiples, options.write)
 
 
 if __name__ == "__main__":

@@ -47,9 +47,8 @@ struct Listing
 void read(Listing &listing, const wchar_t *pattern)
 {
     WIN32_FIND_DATAW found;
-    const HANDLE search =
-        FindFirstFileExW(pattern, FindExInfoStandard, &found, FindExSearchNameMatch, nullptr,
-                         FIND_FIRST_EX_LARGE_FETCH);
+    HANDLE search = FindFirstFileExW(pattern, FindExInfoStandard, &found, FindExSearchNameMatch,
+                                     nullptr, FIND_FIRST_EX_LARGE_FETCH);
     if (search == INVALID_HANDLE_VALUE)
         return;
     for (BOOL isFound = TRUE; isFound != 0; isFound = FindNextFileW(search, &found)) {
@@ -125,7 +124,7 @@ int main(int argc, char **argv)
     path.append(argv[1], argv[1] + std::strlen(argv[1]));
     if (!hasAttributes(text(path), true))
         return 1;
-    sweep(path, std::atoi(argv[2]) * secondsPerDay, argc == 3, false);
+    sweep(path, std::strtol(argv[2], nullptr, 10) * secondsPerDay, argc == 3, false);
     ULARGE_INTEGER bytes;
     GetDiskFreeSpaceExW(path.c_str() + prefixLength, &bytes, &bytes, &bytes);
     return 0;

@@ -3,11 +3,11 @@
 import matplotlib
 from matplotlib import pyplot
 
-# The multiple of the floor's processor time, by share of old files, program and shape.
-Drawing = dict[str, dict[str, dict[str, float]]]
+# Multiples of processor time by shape, for each heading of a comparison and share of old files.
+Multiples = dict[tuple[str, str], dict[str, float]]
 
 TITLES = {"none": "no file is old", "half": "half of the files are old", "all": "all files are old"}
-PROGRAMS = {"tool": ("#0072B2", -0.2), "rival": ("#D55E00", 0.2)}  # colour, place in the row
+PROGRAMS = {"tool": ("#0072B2", -0.2), "rival": ("#D55E00", 0.2)}  # by heading: colour, place in the row
 TICKS = (0.5, 1, 2, 4, 8, 16)
 
 matplotlib.use("svg")
@@ -38,10 +38,10 @@ def _draw_share(axes, title, programs):
     axes.spines[["top", "right", "left"]].set_visible(False)
 
 
-def draw(drawing: Drawing, path: str) -> None:
+def draw(multiples: Multiples, path: str) -> None:
     figure, panels = pyplot.subplots(len(TITLES), sharex=True, figsize=(7, 6.5))
     for axes, (share, title) in zip(panels, TITLES.items()):
-        _draw_share(axes, title, drawing[share])
+        _draw_share(axes, title, {program: multiples[program, share] for program in PROGRAMS})
     panels[-1].set_xlabel("processor time as a multiple of the floor's (logarithmic)")
     handles, labels = panels[0].get_legend_handles_labels()
     figure.legend(handles, labels, loc="upper right", ncols=len(labels), frameon=False)

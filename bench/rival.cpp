@@ -32,7 +32,7 @@ int main(int argc, char **argv)
 {
     if (argc != 3)
         return 2;
-    const std::chrono::hours maxAge(24 * std::atoi(argv[2]));
+    const std::chrono::hours maxAge(24 * std::strtol(argv[2], nullptr, 10));
     // Widened here: the C++ library's conversion does not link with this C run-time.
     const fs::path folder(std::wstring(argv[1], argv[1] + std::strlen(argv[1])));
     sweep(folder, fs::file_time_type::clock::now() - maxAge);
