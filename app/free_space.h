@@ -7,6 +7,9 @@
 /// when there is no root, the root has 255 UTF-16 units or more, or that call fails.
 ///
 /// The root is the first 3 characters of a path with a drive. Otherwise it is the path up to its
-/// second backslash from the fourth character on (\\server\share\). Without any there, it is the
-/// path up to its first backslash (\temp, ab\c), but \\server has none. Slashes do not count.
+/// second backslash from the fourth character on or, without any there, up to its first backslash.
+/// With just one there, or in \\server, there is none. Slashes do not count.
+///
+///     C:\ is the root of C:\a, \\server\share\ of \\server\share\x, \ of \temp, ab\ of ab\c
+///     C:, \\server, \\server\share and test\swept have none
 quint32 freeDriveSpaceMiB(QString path);

@@ -9,7 +9,7 @@
 #include "text/path.h"
 
 // Tells the C start-up code to pass on a "*" in an argument instead of expanding it to names.
-// That code fixes its name and type.
+// That code determines its name and type.
 extern "C" {
 int _dowildcard = 0; // NOLINT(*-non-const-global-variables,readability-identifier-naming)
 }

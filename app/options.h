@@ -14,5 +14,6 @@ struct Options
 /// Reads the arguments from argv[1] on, as Latin-1. Options are case-insensitive. Any other
 /// argument is the directory, also a final -do without a value; the last one wins.
 ///
-/// Returns null, or the first value of -do that is not a number; later arguments are then not read.
+/// Returns null, or the first value of -do that is not a whole 32-bit number; later arguments are
+/// then not read.
 const char *readOptions(int argc, char **argv, Options &options);

@@ -1,7 +1,8 @@
 // The running program's folder, and environment variables. A frozen interface, see CONTRIBUTING.md,
 // except absoluteProgramPath.
 //
-// The program's folder is 8-bit text in the system's code page, silently truncated at 250 bytes.
+// The program's path is 8-bit text in the system's code page, silently truncated at 250 bytes
+// before its folder is taken.
 #pragma once
 
 #include "text/fixed_string.h"

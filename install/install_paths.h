@@ -58,8 +58,9 @@ struct InstallPaths
 };
 
 /// Fills every folder from the installation root, the executables root and the status folder. With
-/// an `argc` of 0 the program's folder stays empty. In the installation root itself "_debug"
-/// becomes "_release", without another test. (GetLogicalDrives, variable SystemDrive)
+/// an `argc` of 0 the program's folder stays empty. In the installation root itself and in
+/// pluginsFolder, "_debug" in any case becomes "_release", without another test. (GetLogicalDrives,
+/// variable SystemDrive)
 ///
 /// cfgGlobalFromExeRoot   takes globalConfigOfPrograms from the executables root
 /// renderAppsFromExeRoot  takes renderAppConfig, prePostScripts and renderAppScripts from there

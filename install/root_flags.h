@@ -6,8 +6,8 @@
 #include <QStringList>
 
 /// The values of all "-kxRoot" flags, in order. Entities in flags and values are decoded. A value
-/// gets a trailing backslash unless it ends with a backslash or slash. Any argument that begins
-/// with the flag, in any case, is one; the next argument is its value, whatever it is.
+/// gets a trailing backslash unless it ends with a backslash or slash. Any argument but the last is
+/// a flag if it begins with "-kxRoot", in any case; the next one is its value, whatever it is.
 QStringList rootFlagValues(int argc, char **argv);
 
 /// Sets the status folder from the last "-loadstatus" flag; empty without the flag. Entities are

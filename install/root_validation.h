@@ -1,11 +1,12 @@
-// The test for an installation root, and the relink file, which moves a root.
+// The test for an installation root, and the relink file, which moves a root. A frozen interface of
+// the suite's tools, see CONTRIBUTING.md.
 #pragma once
 
 #include "install/install_paths.h"
 
 /// Whether a folder, given with its trailing backslash, is an installation root. A root has the
-/// configuration folder, or a program of the suite, or it is a debug build whose release build has
-/// a relink file. False for an empty text.
+/// configuration folder, or kxClientconsole, kxServerconsole or kxControl in bin\win64, or it is a
+/// debug build whose release build has a relink file. False for an empty text.
 bool isValidRoot(const QString &root);
 
 enum class RelinkResult { noFile, read, cannotOpen };

@@ -1,4 +1,4 @@
-// Standard output, the only place the tool prints to.
+// Standard output, the only place the tool prints to. Failures of printing are ignored.
 #pragma once
 
 #include <QByteArray>

@@ -31,7 +31,7 @@ bool makeWindowsPattern(const QString &searchPattern, FixedWideString &pattern)
         return true;
     const FixedWideString plain = pattern;
     withLongPathPrefix(pattern, plain);
-    // The prefix replaces at most the first unit.
+    // The prefix replaces at most the first unit; the others must still be at the end.
     return pattern.toQString().endsWith(searchPattern.mid(1));
 }
 
@@ -141,7 +141,8 @@ void exchangeEntries(DirListing &listing, qint32 left, qint32 right)
     std::swap(listing.folderFlags[left], listing.folderFlags[right]);
 }
 
-/// Quicksort of the entries from `first` to `last` by name.
+/// Quicksort of the entries from `first` to `last` by name. Frozen: in place, so that a huge folder
+/// is not in memory twice.
 void sortEntries(DirListing &listing, qint32 first, qint32 last, bool descending)
 {
     if (first >= last)

@@ -11,9 +11,10 @@
 constexpr quint32 useLastError = 0xFFFFFFFF;
 
 /// "Error 5: Access is denied.." for 5: the number, Windows' own words (FormatMessageW), and one
-/// more full stop (fixed). A final line break is dropped; others become blanks. 0 and 126 have
-/// fixed texts. A code without a message gets its exceptionCodeText or, when that is empty,
-/// "Error ", its number and a full stop. So every code has a text. Truncated at 500 units.
+/// more full stop (frozen). A final line break is dropped; others become blanks. 0 and 126 have
+/// texts of our own. A code without a message, or whose message has inserts, gets its
+/// exceptionCodeText or, when that is empty, "Error ", its number and a full stop. So every code
+/// has a text. Truncated at 500 units.
 FixedWideString systemErrorText(quint32 code);
 
 /// The meaning of a structured-exception code, or the message of ntdll.dll for a status code

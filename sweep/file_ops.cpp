@@ -107,7 +107,7 @@ QString deleteFile(const QString &path)
     const FixedWideString file = windowsPath(fixedText<FixedWideString>(path));
     if (kindOf(toWChar(file)) != EntryKind::file)
         return QString();
-    // The result is not checked: if the attributes stay, the deletion fails and tells why.
+    // The result is not checked: if the file stays read-only, the deletion fails and tells why.
     SetFileAttributesW(toWChar(file), FILE_ATTRIBUTE_NORMAL);
     if (DeleteFileW(toWChar(file)) != 0)
         return QString();

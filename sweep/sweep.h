@@ -10,7 +10,7 @@
 /// Deletes the files below `folder` that were last written more than `maxAgeMinutes` ago. Files and
 /// folders that cannot be deleted do not stop it.
 ///
-/// folder          may end with a backslash. If it does not exist, the result is true
+/// folder          may end with a backslash. If folderExists is false, the result is true
 /// removeIfEmpty   remove the folder itself unless a file or a swept subfolder is left in it. With
 ///                 only other subfolders left (ignored, or without `recurse`), the removal is
 ///                 tried, fails, and adds a line to `errors`

@@ -20,6 +20,8 @@ at_start=$(grep -oP 'DLL Name: \K\S+' <<<"$header")
 holds "at its start it loads only the C run-time and kernel32" test -z "$(grep -viE '^(api-ms-win-crt-.*|kernel32|msvcrt)\.dll$' <<<"$at_start")"
 holds "it names Windows 10" grep 'MajorOSystemVersion 10 .*MajorSubsystemVersion 10 ' <<<"$header"
 holds "its memory is protected, and it knows terminal servers" grep ' HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE ' <<<"$header"
+# The resource's signature 0xFEEF04BD, its structure's version 1.0, and the file's version: minor, major, 0 and
+# patch. Each number has its low byte first.
 holds "it has the version as numbers" grep -aP "\xbd\x04\xef\xfe\x00{2}\x01\x00$numbers" "$1"
 # Debian 12's compiler makes about 2.48 MB, that of 13 about 2.51 MB.
 holds "it is not much larger than usual when stripped" test "$(stat -c %s "$stripped")" -le 2550000

@@ -1,4 +1,4 @@
-// Strings of fixed capacity without heap memory, which carry paths and messages to Windows.
+// Strings of fixed capacity without heap memory, which carry paths to Windows and messages from it.
 //
 // Rules that all operations share: positions and counts are in units (UTF-16 code units, or bytes
 // in the narrow variants). Text beyond the capacity is silently truncated. value[length] is always
@@ -330,8 +330,8 @@ qint32 FixedString<Unit, Capacity>::indexOfNoCase(const FixedString &text, qint3
     if (text.isEmpty() || text.length > length - start)
         return -1;
 
-    // One pass with a running sum of the span's units. The units themselves are compared only where
-    // the sum equals that of the searched text.
+    // Frozen: one pass with a running sum of the span's units. The units themselves are compared
+    // only where the sum equals that of the searched text.
     FixedString upper = *this;
     FixedString needle = text;
     upper.toUpper();

@@ -1,4 +1,4 @@
-// Numbers as the reports print them.
+// Numbers as the reports print them. A frozen interface, see CONTRIBUTING.md.
 #pragma once
 
 #include <QString>

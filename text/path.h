@@ -10,8 +10,9 @@
 const QChar backslash = QLatin1Char(backslashUnit);
 const QChar asterisk = QLatin1Char('*');
 
-/// A path of this many units or more gets the long-path prefix; a search pattern only a longer one
-/// (fixed). Without it Windows takes fewer than 260 units (MAX_PATH).
+/// fileExists (also for fileTimeAndSize), folderExists and deleteFile add the long-path prefix to a
+/// path of this many units or more, DirListing only to a longer search pattern (frozen). Without
+/// the prefix Windows takes fewer than 260 units (MAX_PATH).
 constexpr qint32 longPathLength = 240;
 
 /// The path with doubled separators collapsed, and with its first run of "..", wherever it stands,
