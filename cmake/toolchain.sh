@@ -3,11 +3,11 @@
 #
 # usage: toolchain.sh CACHE
 #
-# The tools are Debian's mingw-w64 compilers with two changes. They link the Universal C run-time
-# ahead of the older msvcrt, which then supplies only what nothing else exports (_setjmp). And they
-# use the C run-time's formatted print instead of the compiler's replacement. They are called
-# ucrt64-gcc, ucrt64-g++, ucrt64-ar and so on. The same tools build QtCore and the program, so that
-# one C run-time serves the whole program.
+# The tools are Debian's mingw-w64 compilers with three changes. They link the Universal C run-time
+# ahead of the older msvcrt, which then supplies only what nothing else exports (_setjmp). They use
+# the C run-time's formatted print instead of the compiler's replacement. And they compile with
+# -fno-ipa-ra (CONTRIBUTING.md). They are called ucrt64-gcc, ucrt64-g++, ucrt64-ar and so on. The
+# same tools build QtCore and the program, so that one C run-time serves the whole program.
 set -euo pipefail
 
 cache=$1
