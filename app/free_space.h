@@ -6,10 +6,11 @@
 /// Whole MiB that the caller may still use, rounded down, as 32 bits (GetDiskFreeSpaceExW). 1000
 /// when there is no root, the root has 255 UTF-16 units or more, or that call fails.
 ///
-/// The root is the first 3 characters of a path with a drive. Otherwise it is the path up to its
-/// second backslash from the fourth character on or, without any there, up to its first backslash.
-/// With just one there, or in \\server, there is none. Slashes do not count.
+/// The root is the first 3 characters of a path with a drive. Otherwise the backslashes from the
+/// fourth character on decide. With two or more, the root ends at the second. With one, there is no
+/// root. With none, the root ends at the first backslash of the path, but \\server has no root.
+/// Slashes do not count.
 ///
 ///     C:\ is the root of C:\a, \\server\share\ of \\server\share\x, \ of \temp, ab\ of ab\c
-///     C:, \\server, \\server\share and test\swept have none
+///     C:, abc, \\server, \\server\share and test\swept have none
 quint32 freeDriveSpaceMiB(QString path);

@@ -14,8 +14,8 @@
 /// of a debug build is replaced by that of its release build, without another test.
 ///
 /// rootLog                gets a line for each source tried, except argv[0], and for a moved root
-/// startedOutsideRoot     whether argv[0] does not begin with the root, compared case-sensitive and
-///                        before slashes are converted; set only when the flag named the root and
+/// startedOutsideRoot     whether argv[0] does not begin with the root, case-sensitive and before
+///                        slashes are converted; set only when the flag named the root and
 ///                        argv[0] has a drive. Frozen: not read here
 /// cfgGlobalFromExeRoot, renderAppsFromExeRoot, renderAppsOverride, win64Binaries
 ///                        options of the layout, explained at buildInstallLayout

@@ -6,7 +6,8 @@ rem     1  no program, no installation, the program was ended, or Windows blocks
 rem     2  the report lists errors
 rem     4  the log cannot be written, another run uses it, or the variable LOCALAPPDATA is missing
 rem     5  the program ended with 0, but its report starts no folder, so nothing was swept
-rem Any other code is the program's own: 3 when the days are not a number, -1 for too few arguments.
+rem Any other code is the program's own: 3 when the days are not a whole 32-bit number, -1 for too few
+rem arguments.
 setlocal EnableExtensions DisableDelayedExpansion
 
 rem Without this variable the lines below could name \Temp of whatever drive is the current one.

@@ -35,8 +35,8 @@ struct DirListingHandle
 /// contains filters override both. This tool uses neither prefix nor contains filters, nor lists of
 /// paths from outside. Other tools set those filters themselves. To list their own paths, they set
 /// names, fromLists, isOpen, namesAreFullPaths, and index to -1. Such paths are not filtered. Their
-/// folder flag is that of the path truncated at 250 units. Their time is always the last-write
-/// time. What cannot be read, like the time of a folder, is 0.
+/// folder flag is that of the path truncated at 250 units; when that one does not exist, their time
+/// and size are 0 too. Their time is the last-write time. A folder's time and size are 0.
 ///
 ///     DirListingHandle handle;
 ///     DirListing::create(handle);

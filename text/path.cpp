@@ -16,12 +16,13 @@ bool isPlaceholder(QString head, QChar separator)
 }
 
 /// Length of the beginning that going up never cuts: the drive, or server and share. -1 for a bare
-/// share, 0 for a bare server.
+/// share, 0 for a bare server, 1 for a\b.
 qint32 protectedLength(const QString &path, QChar separator)
 {
     if (path.at(1) != separator)
         return path.at(1) == QLatin1Char(':') ? 2 : 0;
     const qint32 endOfServer = path.indexOf(separator, 2);
+    // Frozen: if endOfServer is -1, this search starts at 0 and finds the first separator.
     return path.indexOf(separator, endOfServer + 1);
 }
 
