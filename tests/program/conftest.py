@@ -27,6 +27,17 @@ def text(name: str) -> str:
     return Path(__file__).with_name(name).read_text()
 
 
+def rows(table: str) -> list[list[str]]:
+    """The cells of the first table in a text, without those of titles in bold."""
+    lines = re.split(r"\n\|[-|]+\n", table)[1].split("\n\n")[0].splitlines()
+    return [[cell.strip() for cell in line.split("|")[1:-1]] for line in lines if "**" not in line]
+
+
+def words(command: str) -> list[str]:
+    """The words of a command line, without quotation marks."""
+    return [word.strip('"') for word in re.findall(r'"[^"]*"|\S+', command)]
+
+
 VERSION = re.findall(r" VERSION (\S+) ", (ROOT / "CMakeLists.txt").read_text())[0]
 BANNER = text("banner.txt").replace("@VERSION@", VERSION)
 
@@ -62,7 +73,7 @@ def start(*arguments: str, program: str = INSTALLED, cwd: Path = X) -> subproces
 def finish(process: subprocess.Popen[bytes]) -> Run:
     """Waits for the program's end, and checks what all runs have in common."""
     output, errors = (stream.decode("latin1") for stream in process.communicate(timeout=60))
-    print(f"> {process.args!r}\n{output}(exit code {process.returncode}; left: {tree()})")
+    print(f"> {process.args!r}\n{output}(exit code {process.returncode}; left: {str(tree()):.2000})")
     assert not errors
     assert "\n" not in output.replace("\r\n", "")
     output = output.replace("\r\n", "\n")

@@ -11,7 +11,7 @@ from subprocess import DEVNULL, PIPE, Popen, run
 from xml.etree import ElementTree
 
 import pytest
-from conftest import C, ROOT, SWEPT, TOOL, X, make, text, tree
+from conftest import C, ROOT, SWEPT, TOOL, X, make, rows, text, tree
 
 FOLDER = SWEPT / "job (x86) & more !now!"
 NAME = r"X:\test\swept\job (x86) & more !now!"
@@ -156,9 +156,8 @@ def test_the_task_starts_the_batch_file_in_any_folder(task: str, swept: str) -> 
 
 
 # Wine's PowerShell does nothing. The test makes the files old while the batch file waits for a key.
-@pytest.mark.parametrize("row", text("trials.txt").split("\n\n", 1)[1].splitlines())
-def test_a_trial_says_what_differs(row: str) -> None:
-    before, old, verdict = (cell.strip() for cell in row.split("|"))
+@pytest.mark.parametrize("before, old, verdict", rows(text("trials.txt")))
+def test_a_trial_says_what_differs(before: str, old: str, verdict: str) -> None:
     start = f'@set "TEMP={NAME}"\r\n@{before}\r\n@suite\\job\\try_it.cmd\r\n'
     make("start.cmd", content=start.encode(), folder=FOLDER)
     with Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", stdin=PIPE, stdout=PIPE) as process:

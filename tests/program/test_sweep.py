@@ -1,7 +1,7 @@
 """What a sweep deletes, keeps and reports; names, paths and links of unusual shape."""
 
 import pytest
-from conftest import SWEPT, X, YOUNG, make, run, text, tree
+from conftest import SWEPT, X, YOUNG, make, rows, run, text, tree
 
 
 def test_decides_by_age_follows_links_and_reports() -> None:
@@ -34,9 +34,8 @@ def test_never_removes_the_folder_that_was_named_or_found_by_a_star(directory: s
     assert tree() == ["named", *kept, "none"]
 
 
-@pytest.mark.parametrize("row", text("lengths.txt").split("\n\n", 1)[1].splitlines())
-def test_reaches_paths_up_to_a_length(row: str) -> None:
-    directory, units, end, left = (cell.strip() for cell in row.split("|"))
+@pytest.mark.parametrize("directory, units, end, left", rows(text("lengths.txt")))
+def test_reaches_paths_up_to_a_length(directory: str, units: str, end: str, left: str) -> None:
     folder = SWEPT if directory.startswith("X:") else X / "share"
     rest = int(units) - len(directory + end)
     file = "d/" * ((rest - 1) // 2) + "f" * (2 - rest % 2) + end
