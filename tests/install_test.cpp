@@ -48,15 +48,15 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
     makeFile(L"X:\\unit\\sub\\cfg_global\\x", 0);
     qputenv("KX_ROOT_INSTALLER", "X:\\t\\s");
     _wputenv(L"KX_ROOT=X:/t/\u0432"); // outside Latin-1
-    QString logs;
-    for (const wchar_t *gone : { L"none", L"t\\r", L"t\\s", L"unit", L"t\\u", L"t\\\u0432" }) {
-        fs::remove_all(fs::path(L"X:\\") / gone / L"sub");
-        const Discovery discovery(latin1("X:\\t\\u\\a\\\\tool -kxRoot X:\\t\\r"));
+    const auto rootWithout = [](const QString &folder) {
+        fs::remove_all(fs::path(folder.toStdWString()) / L"sub");
+        Discovery discovery(latin1("X:\\t\\u\\a\\\\tool -kxRoot X:\\t\\r"));
         const QString root = discovery.folder(installRoot);
         EXPECT_EQ(!root.isEmpty(), discovery.isFound);
-        logs += latin1("root: ") + root + discovery.log + QLatin1Char('\n');
-    }
-    EXPECT_EQ(contentOf("root_sources.txt"), logs.trimmed());
+        const QString log = discovery.log.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        return (root + log).trimmed();
+    };
+    expectResults("root_sources.txt", { { "findInstallRoot", rootWithout } });
     EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
 }
 
@@ -94,37 +94,43 @@ TEST(RelinkFile, MovesTheRootsByItsFirstLineAndMustOpen)
 }
 
 /// The folders of an installation of debug builds.
-QString layoutWith(const char *status, bool fromExeRoot, const char *renderApps, bool win64)
+InstallPaths layoutWith(const char *status, bool fromExeRoot, const char *renderApps, bool win64)
 {
     InstallPaths paths;
-    paths.entries[installRoot].assignQString(latin1("X:\\data_Debug\\"));
-    paths.entries[executablesRoot].assignQString(latin1("Y:\\prog_Debug\\"));
-    paths.entries[statusFolder].assignQString(latin1(status));
+    paths.entries[installRoot].assignNarrow("X:\\data_Debug\\");
+    paths.entries[executablesRoot].assignNarrow("Y:\\prog_Debug\\");
+    paths.entries[statusFolder].assignNarrow(status);
     char *argv[] = { nullptr };
     buildInstallLayout(paths, 1, argv, fromExeRoot, fromExeRoot,
                        fixedText<FixedNarrowString100>(renderApps), win64);
-    QString folders = latin1("[") + latin1(renderApps) + latin1("]\n");
-    for (int entry = 0; entry < 39; ++entry)
-        folders += latin1("%1=%2\n").arg(entry).arg(paths.entries[entry].toQString());
-    return folders;
+    return paths;
 }
 
 TEST(InstallLayout, HasThirtyNineFolders)
 {
-    const QString layouts = layoutWith("X:\\status\\", false, "X:\\no", true)
-                            + layoutWith("", true, "", false)
-                            + layoutWith("", true, "X:/unit", true);
-    EXPECT_EQ(contentOf("install_layout.txt"), layouts.trimmed());
+    const InstallPaths layouts[] = { layoutWith("X:\\status\\", false, "X:\\no", true),
+                                     layoutWith("", true, "", false),
+                                     layoutWith("", true, "X:/unit", true) };
+    int entry = 0;
+    for (const QStringList &row : rowsOf("install_layout.txt")) {
+        SCOPED_TRACE(plain(row.join(latin1(" | "))));
+        for (int layout = 0; layout < 3; ++layout)
+            EXPECT_EQ(row.at(qMin(layout + 1, row.size() - 1)),
+                      layouts[layout].entries[entry].toQString());
+        ++entry;
+    }
+    EXPECT_EQ(39, entry);
 }
 
 TEST(AppPath, IsMadeOfTheProgramsPathAndTheCurrentFolder)
 {
     const auto narrow = [](const QString &text) {
-        return fixedText<FixedNarrowString250>(text.toLatin1().constData());
-    };
-    const auto parent = [](const QString &text) {
         FixedNarrowString250 path;
         path.assignLatin1(text);
+        return path;
+    };
+    const auto parent = [&narrow](const QString &text) {
+        FixedNarrowString250 path = narrow(text);
         return parentFolderNarrow(path).toQString();
     };
     const auto absolute = [&narrow](const QString &text) { // "path in current folder"

@@ -27,9 +27,7 @@ set "parent=X:\job (x86) & more"
 set "job=%parent%\suite\bin\win64"
 set "swept=%parent%\swept"
 mkdir X:\unit\bin\win64 "%job%" "%parent%\suite\sub\cfg_global" "%swept%" X:\local\kxDeleteOldFiles
-copy "%~dp0*" X:\unit\bin\win64 >nul
-copy "%~dp0kxDeleteOldFiles.exe" "%job%" >nul
-copy "%~dp0clean_old_files.cmd" "%job%" >nul
+for %%d in (X:\unit\bin\win64 "%job%") do copy "%~dp0*" %%d >nul
 
 cd /d X:\unit\bin\win64
 for %%t in (text sweep install) do (
@@ -39,25 +37,18 @@ for %%t in (text sweep install) do (
 
 cd /d "%job%"
 for %%f in (file held) do type nul >"%swept%\%%f"
-call :job -do 0 "%swept%" <"%swept%\held"
-call :expect 2 "the batch file, with errors in the report"
+call :job 2 "the batch file with errors in the report" -do 0 "%swept%" <"%swept%\held"
 if exist "%swept%\file" echo Differs: a file of the swept folder is left.& set passed=
-call :job -do 0 "%swept%"
-call :expect 0 "the batch file, with a folder that is swept"
+call :job 0 "the batch file with a folder that is swept" -do 0 "%swept%"
 if exist "%swept%\held" echo Differs: a file of the swept folder is left.& set passed=
 type nul >"%swept%\file"
-call :job -do week "%swept%"
-call :expect 3 "the batch file, with days that are no number"
-call :job -do 0 "%swept%" 2>>"%joblog%"
-call :expect 4 "the batch file, with a log that is held open"
-call :job -do 0 "%parent%\wrong"
-call :expect 5 "the batch file, with a wrong directory"
-call :job -do 0 "%parent%\z*"
-call :expect 5 "the batch file, with a star without a match"
-call :job -v
-call :expect -1 "the batch file, with too few arguments"
+call :job 3 "the batch file with days that are no number" -do week "%swept%"
+call :job 4 "the batch file with a log that is held open" -do 0 "%swept%" 2>>"%joblog%"
+call :job 5 "the batch file with a wrong directory" -do 0 "%parent%\wrong"
+call :job 5 "the batch file with a star without a match" -do 0 "%parent%\z*"
+call :job -1 "the batch file with too few arguments" -v
 if not exist "%swept%\file" echo Differs: a file is gone that no run was to sweep.& set passed=
-X:\unit\bin\win64\run_task.exe X:\unit\bin\win64\clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
+run_task clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
 call :expect 0 "the command line of the task"
 type "%joblog%" >>"%log%"
 
@@ -78,10 +69,9 @@ exit /b 0
 pause
 exit /b 1
 
-rem Runs the batch file with these arguments in a second cmd.
+rem Runs the batch file in a second cmd with the arguments from the third on, and then expects its exit code.
 :job
-"%SystemRoot%\System32\cmd.exe" /d /c clean_old_files.cmd %* >>"%log%"
-exit /b %errorlevel%
+"%SystemRoot%\System32\cmd.exe" /d /c clean_old_files.cmd %3 %4 %5 >>"%log%"
 
 rem Compares the exit code of the command before with the first argument. The second is the name of the test.
 :expect

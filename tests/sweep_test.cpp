@@ -8,10 +8,6 @@
 
 namespace {
 
-constexpr bool removeIfEmpty = true;
-constexpr bool recurse = true;
-constexpr bool namesOnly = true;
-
 /// The system's own words for a code, in its language and without a line break; empty without any.
 QString systemText(quint32 code)
 {
@@ -23,10 +19,9 @@ QString systemText(quint32 code)
 
 TEST(SystemErrorText, AddsTheCodeToTheSystemsWords)
 {
-    EXPECT_EQ(latin1("No Error."), systemErrorText(0).toQString());
-    EXPECT_EQ(latin1("A DLL is missing."), systemErrorText(126).toQString());
-    EXPECT_EQ(latin1("Error 145: ") + systemText(145) + latin1("."),
-              systemErrorText(145).toQString());
+    EXPECT_EQ("No Error.", plain(systemErrorText(0).toQString()));
+    EXPECT_EQ("A DLL is missing.", plain(systemErrorText(126).toQString()));
+    EXPECT_EQ(latin1("Error 145: %1.").arg(systemText(145)), systemErrorText(145).toQString());
 }
 
 TEST(ExceptionCodeText, HasATextForEachCode)
@@ -78,16 +73,15 @@ TEST(DirListing, SortsAndFiltersNames)
 }
 
 /// Path, size and age in days (at most 99) of each remaining entry. A folder's path ends with "\".
-std::string restOf(DirListingHandle &entry)
+std::string restOf(DirListingHandle &handle)
 {
-    TimeStamp now = 0;
-    currentTime(now);
     QString entries;
-    while (DirListing::next(entry)) {
-        const qint64 days = qMin(99LL, (now - DirListing::time(entry)) / 86400);
-        entries += DirListing::fullPath(entry) + latin1(DirListing::isFolder(entry) ? "\\" : "")
-                   + QString::fromLatin1(" %1 %2; ").arg(DirListing::size(entry)).arg(days);
+    while (DirListing::next(handle)) {
+        const qint64 days = qMin(99LL, (std::time(nullptr) - DirListing::time(handle)) / 86400);
+        entries += DirListing::fullPath(handle) + latin1(DirListing::isFolder(handle) ? "\\" : "")
+                   + QString::fromLatin1(" %1 %2; ").arg(DirListing::size(handle)).arg(days);
     }
+    EXPECT_FALSE(handle.listing->isOpen);
     return plain(entries);
 }
 
@@ -96,43 +90,59 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     const ScratchFolder scratch({ L"folder\\x" });
     makeFile(L"X:\\t\\a", 3, "1234");
     const auto held = holdOpen(L"X:\\t\\a"); // can still be queried
-    DirListingHandle entry;
-    DirListing::create(entry);
-    DirListing &listing = *entry.listing; // with full paths that the caller gives
+    DirListingHandle handle;
+    DirListing::create(handle);
+    DirListing &listing = *handle.listing; // with full paths that the caller gives
     listing.names << latin1("X:\\t\\a") << latin1("X:\\t") << latin1("X:\\gone");
     listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
-    EXPECT_EQ("X:\\t\\a 4 3; X:\\t\\ 0 99; X:\\gone 0 99; ", restOf(entry));
+    EXPECT_EQ("X:\\t\\a 4 3; X:\\t\\ 0 99; X:\\gone 0 99; ", restOf(handle));
     EXPECT_EQ(0, listing.statTime);
     EXPECT_TRUE(fileTimeAndSize(latin1("X:\\t\\a"), nullptr, nullptr));
-    DirListing::open(entry, latin1("X:\\t\\folder"), true, true, false, false); // into memory
-    DirListing::open(entry, latin1("X:/t"), true, false, true, true);
-    EXPECT_EQ("X:\\t\\folder\\ 0 0; X:\\t\\a 4 3; ", restOf(entry));
-    EXPECT_FALSE(listing.isOpen);
+    DirListing::open(handle, latin1("X:\\t\\folder"), true, true, false, false); // into memory
+    DirListing::open(handle, latin1("X:/t"), true, false, true, true);
+    EXPECT_EQ("X:\\t\\folder\\ 0 0; X:\\t\\a 4 3; ", restOf(handle));
     DWORD handles[2] = {}; // Wine counts none
     GetProcessHandleCount(GetCurrentProcess(), &handles[0]);
-    DirListing::open(entry, latin1("X:/t/folder/x*"), true, false, false, true);
-    EXPECT_EQ("X:\\t\\folder\\x 0 30; ", restOf(entry));
-    EXPECT_FALSE(listing.isOpen);
+    DirListing::open(handle, latin1("X:/t/folder/x*"), true, false, false, true);
+    EXPECT_EQ("X:\\t\\folder\\x 0 30; ", restOf(handle));
     GetProcessHandleCount(GetCurrentProcess(), &handles[1]);
     EXPECT_EQ(handles[0], handles[1]);
-    DirListing::open(entry, latin1("X:/t"), true, false, false, false);
-    EXPECT_TRUE(DirListing::next(entry)); // closed halfway, or the folder could not be removed
+    DirListing::open(handle, latin1("X:/t"), true, false, false, false);
+    EXPECT_TRUE(DirListing::next(handle)); // closed halfway, or the folder could not be removed
 }
 
 TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
 {
-    DirListingHandle entry;
-    DirListing::create(entry);
+    DirListingHandle handle;
+    DirListing::create(handle);
     // No file system here keeps such times and sizes, so they are put into the search result.
-    WIN32_FIND_DATAW &found = entry.listing->findData;
+    WIN32_FIND_DATAW &found = handle.listing->findData;
     found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
     found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
-    EXPECT_EQ(5, DirListing::time(entry));
+    EXPECT_EQ(5, DirListing::time(handle));
     found.ftLastWriteTime.dwHighDateTime = 1;
-    EXPECT_EQ(-11644472741, DirListing::time(entry)); // 858.99 s after 1601 began
+    EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
     found.nFileSizeHigh = 1;
-    EXPECT_EQ(4294967296, DirListing::size(entry));
+    EXPECT_EQ(4294967296, DirListing::size(handle));
 }
+
+/// A sweep of X:\t for what is more than a day old.
+struct SweepCall
+{
+    bool operator()() const
+    {
+        return sweepFolder(folder, removeIfEmpty, recurse, 1440, ignoreSuffixes, errors, nullptr,
+                           nullptr, log, false, progressStamp);
+    }
+
+    QString folder = latin1("X:\\t");
+    bool removeIfEmpty = true;
+    bool recurse = true;
+    const QStringList *ignoreSuffixes = nullptr;
+    QString *errors = nullptr;
+    QString *log = nullptr;
+    TimeStamp *progressStamp = nullptr;
+};
 
 TEST(SweepFolder, KeepsWhatIsYoungIgnoredOrHeldOpen)
 {
@@ -143,14 +153,21 @@ TEST(SweepFolder, KeepsWhatIsYoungIgnoredOrHeldOpen)
     const QStringList suffixes = QStringList() << latin1("x") << latin1(".sav");
     QString errors;
     QString log;
-    EXPECT_FALSE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1, &suffixes, &errors,
-                             nullptr, nullptr, &log, !namesOnly, nullptr));
+    SweepCall call;
+    call.ignoreSuffixes = &suffixes;
+    call.errors = &errors;
+    call.log = &log;
+    EXPECT_FALSE(call());
     const QString expected = contentOf("kept_entries.txt");
     EXPECT_EQ(expected.arg(systemText(32), systemText(145)), (log + errors).trimmed());
-    EXPECT_FALSE(sweepFolder(latin1("X:\\t\\skip"), !removeIfEmpty, recurse, 1, &suffixes, nullptr,
-                             nullptr, nullptr, nullptr, namesOnly, nullptr));
-    EXPECT_TRUE(sweepFolder(latin1("X:\\t\\skip"), !removeIfEmpty, !recurse, 1, nullptr, nullptr,
-                            nullptr, nullptr, nullptr, namesOnly, nullptr));
+    call = SweepCall();
+    call.folder = latin1("X:\\t\\skip");
+    call.removeIfEmpty = false;
+    call.recurse = false;
+    EXPECT_TRUE(call());
+    call.recurse = true;
+    call.ignoreSuffixes = &suffixes;
+    EXPECT_FALSE(call());
     EXPECT_TRUE(fs::exists(L"X:\\t\\skip\\c.sav\\d"));
 }
 
@@ -160,11 +177,13 @@ TEST(SweepFolder, MovesTheProgressStampAfterMoreThanFiveSeconds)
     for (const qint64 secondsAgo : { 5, 6 }) {
         TimeStamp now = 0;
         TimeStamp stamp = 0;
+        SweepCall call;
+        call.removeIfEmpty = false;
+        call.progressStamp = &stamp;
         do { // until the sweep began and ended in the same second
             currentTime(now);
             stamp = now - secondsAgo;
-            sweepFolder(latin1("X:\\t"), !removeIfEmpty, recurse, 1440, nullptr, nullptr, nullptr,
-                        nullptr, nullptr, namesOnly, &stamp);
+            call();
         } while (std::time(nullptr) != now);
         EXPECT_EQ(secondsAgo == 5 ? now - 5 : now, stamp);
     }
@@ -175,12 +194,13 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
     constexpr int fullLog = 1 << 29; // UTF-16 units, which take 1 GiB of memory
     QString log;
     log.reserve(fullLog + 100);
+    SweepCall call;
+    call.log = &log;
     for (const int units : { fullLog - 1, fullLog }) {
         const ScratchFolder scratch({ L"folder\\old" });
         makeFile(L"X:\\t\\young", 0);
         log.resize(units);
-        EXPECT_FALSE(sweepFolder(latin1("X:\\t"), removeIfEmpty, recurse, 1440, nullptr, nullptr,
-                                 nullptr, nullptr, &log, !namesOnly, nullptr));
+        EXPECT_FALSE(call());
         EXPECT_EQ(units < fullLog ? units + 12 : units, log.size()); // the line "   [X:\t]: "
         EXPECT_FALSE(fs::exists(L"X:\\t\\folder"));
     }
@@ -188,13 +208,15 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
 
 TEST(FileTime, CountsWholeSecondsFrom1970)
 {
-    const auto seconds = [](const QString &text) {
-        const quint64 ticks = text.toULongLong();
+    const auto seconds = [](quint64 ticks) {
         TimeStamp time = 7;
         fileTimeToSeconds(time, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
-        return QString::number(time);
+        return time;
     };
-    expectResults("file_times.txt", { { "fileTimeToSeconds", seconds } });
+    EXPECT_EQ(-11644473600, seconds(0));
+    EXPECT_EQ(0, seconds(116444735990000001)); // almost a second before 1970
+    EXPECT_EQ(0, seconds(116444736009999999));
+    EXPECT_EQ(1, seconds(116444736010000000));
 }
 
 TEST(FileTime, HasElapsedAfterTheSpanAndNotAtItsEnd)

@@ -28,21 +28,29 @@ inline QString contentOf(const char *file)
 
 inline QStringList linesOf(const char *file) { return contentOf(file).split(QLatin1Char('\n')); }
 
+/// The cells of each row of a table.
+inline QList<QStringList> rowsOf(const char *table)
+{
+    QList<QStringList> rows;
+    for (const QString &line : linesOf(table).filter(QRegExp(latin1("^[^#]"))))
+        rows << line.split(QRegExp(latin1(" *\\| *")));
+    return rows;
+}
+
 using TextFunctions = std::multimap<std::string, std::function<QString(const QString &)>>;
 
 /// Expects the result of each row "function | case | text | result", and a row for each function.
 inline void expectResults(const char *table, const TextFunctions &functions)
 {
     TextFunctions untested = functions;
-    for (const QString &line : linesOf(table).filter(QRegExp(latin1("^[^#]")))) {
-        SCOPED_TRACE(plain(line));
-        const QStringList row = line.split(QLatin1Char('|'));
+    for (const QStringList &row : rowsOf(table)) {
+        SCOPED_TRACE(plain(row.join(latin1(" | "))));
         ASSERT_EQ(4, row.size());
-        const auto named = functions.equal_range(plain(row.at(0).trimmed()));
+        const auto named = functions.equal_range(plain(row.at(0)));
         ASSERT_TRUE(named.first != named.second) << "no test asks for this function";
         for (auto it = named.first; it != named.second; ++it)
-            EXPECT_EQ(row.at(3).trimmed(), it->second(row.at(2).trimmed()));
-        untested.erase(plain(row.at(0).trimmed()));
+            EXPECT_EQ(row.at(3), it->second(row.at(2)));
+        untested.erase(plain(row.at(0)));
     }
     EXPECT_TRUE(untested.empty()) << untested.begin()->first;
 }
