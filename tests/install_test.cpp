@@ -14,8 +14,8 @@ struct Roots : ScratchFolder
 {
     Roots()
     {
-        for (const QString &file : linesOf("roots.txt"))
-            makeFile(L"X:\\t\\" + file.toStdWString(), 0);
+        for (const QStringList &row : rowsOf("roots.txt"))
+            makeFile(L"X:\\t\\" + row.at(0).toStdWString(), 0);
         for (const char *name : { "KX_ROOT", "KX_ROOT_INSTALLER", "ProgramW6432" })
             qputenv(name, ""); // unsets it
         fs::remove_all(L"X:\\unit\\sub");

@@ -17,36 +17,17 @@ QString systemText(quint32 code)
     return fromWChar(text, static_cast<int>(length)).trimmed();
 }
 
-TEST(SystemErrorText, AddsTheCodeToTheSystemsWords)
+TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
 {
     EXPECT_EQ("No Error.", plain(systemErrorText(0).toQString()));
     EXPECT_EQ("A DLL is missing.", plain(systemErrorText(126).toQString()));
-    EXPECT_EQ(latin1("Error 145: %1.").arg(systemText(145)), systemErrorText(145).toQString());
-}
-
-TEST(ExceptionCodeText, HasATextForEachCode)
-{
-    for (const QString &line : linesOf("error_texts.txt")) {
-        const quint32 code = line.left(8).toUInt(nullptr, 16);
-        EXPECT_EQ(line.mid(9), exceptionCodeText(code).toQString());
+    for (const QStringList &row : rowsOf("error_texts.txt")) {
+        const quint32 code = row.at(0).toUInt(nullptr, 16);
+        EXPECT_EQ(row.at(1), exceptionCodeText(code).toQString());
         if (systemText(code).isEmpty()) { // Windows has words for a few of them
-            EXPECT_EQ(line.mid(9), systemErrorText(code).toQString());
+            EXPECT_EQ(row.at(1), systemErrorText(code).toQString());
         }
     }
-}
-
-TEST(DirListing, IsCreatedClosed)
-{
-    DirListingHandle handle;
-    DirListing::create(handle);
-    const DirListing &listing = *handle.listing;
-    EXPECT_EQ(&handle, listing.owner);
-    EXPECT_EQ(-1, listing.index);
-    for (const bool flag :
-         { listing.isOpen, listing.fromLists, listing.haveLists, listing.namesAreFullPaths,
-           listing.includeFolders, listing.statDone, listing.statIsFolder })
-        EXPECT_FALSE(flag);
-    DirListing::destroy(handle); // the destructor of the handle must then do nothing
 }
 
 TEST(DirListing, SortsAndFiltersNames)
@@ -92,7 +73,12 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     const auto held = holdOpen(L"X:\\t\\a"); // can still be queried
     DirListingHandle handle;
     DirListing::create(handle);
-    DirListing &listing = *handle.listing; // with full paths that the caller gives
+    DirListing &listing = *handle.listing;
+    EXPECT_EQ(&handle, listing.owner);
+    for (const bool flag :
+         { listing.isOpen, listing.fromLists, listing.haveLists, listing.namesAreFullPaths,
+           listing.includeFolders, listing.statDone, listing.statIsFolder })
+        EXPECT_FALSE(flag);
     listing.names << latin1("X:\\t\\a") << latin1("X:\\t") << latin1("X:\\gone");
     listing.isOpen = listing.fromLists = listing.namesAreFullPaths = true;
     EXPECT_EQ("X:\\t\\a 4 3; X:\\t\\ 0 99; X:\\gone 0 99; ", restOf(handle));
@@ -109,6 +95,7 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     EXPECT_EQ(handles[0], handles[1]);
     DirListing::open(handle, latin1("X:/t"), true, false, false, false);
     EXPECT_TRUE(DirListing::next(handle)); // closed halfway, or the folder could not be removed
+    DirListing::destroy(handle);           // the destructor of the handle must then do nothing
 }
 
 TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
@@ -117,9 +104,12 @@ TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
     DirListing::create(handle);
     // No file system here keeps such times and sizes, so they are put into the search result.
     WIN32_FIND_DATAW &found = handle.listing->findData;
-    found.ftCreationTime = { 0xD53E8000 + 5 * 10000000, 0x019DB1DE }; // 5 s after 1970 began
+    constexpr DWORD low1970 = 0xD53E8000;
     found.ftLastWriteTime = { 0xFFFFFFFF, 0 };
+    found.ftCreationTime = { low1970 + 59999999, 0x019DB1DE }; // almost 6 s after 1970 began
     EXPECT_EQ(5, DirListing::time(handle));
+    found.ftCreationTime.dwLowDateTime = low1970 - 9999999; // almost 1 s before
+    EXPECT_EQ(0, DirListing::time(handle));
     found.ftLastWriteTime.dwHighDateTime = 1;
     EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
     found.nFileSizeHigh = 1;
@@ -160,14 +150,12 @@ TEST(SweepFolder, KeepsWhatIsYoungIgnoredOrHeldOpen)
     EXPECT_FALSE(call());
     const QString expected = contentOf("kept_entries.txt");
     EXPECT_EQ(expected.arg(systemText(32), systemText(145)), (log + errors).trimmed());
-    call = SweepCall();
     call.folder = latin1("X:\\t\\skip");
     call.removeIfEmpty = false;
+    EXPECT_FALSE(call());
+    call.ignoreSuffixes = nullptr;
     call.recurse = false;
     EXPECT_TRUE(call());
-    call.recurse = true;
-    call.ignoreSuffixes = &suffixes;
-    EXPECT_FALSE(call());
     EXPECT_TRUE(fs::exists(L"X:\\t\\skip\\c.sav\\d"));
 }
 
@@ -204,19 +192,6 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
         EXPECT_EQ(units < fullLog ? units + 12 : units, log.size()); // the line "   [X:\t]: "
         EXPECT_FALSE(fs::exists(L"X:\\t\\folder"));
     }
-}
-
-TEST(FileTime, CountsWholeSecondsFrom1970)
-{
-    const auto seconds = [](quint64 ticks) {
-        TimeStamp time = 7;
-        fileTimeToSeconds(time, static_cast<quint32>(ticks), static_cast<quint32>(ticks >> 32));
-        return time;
-    };
-    EXPECT_EQ(-11644473600, seconds(0));
-    EXPECT_EQ(0, seconds(116444735990000001)); // almost a second before 1970
-    EXPECT_EQ(0, seconds(116444736009999999));
-    EXPECT_EQ(1, seconds(116444736010000000));
 }
 
 TEST(FileTime, HasElapsedAfterTheSpanAndNotAtItsEnd)

@@ -5,7 +5,6 @@ import os
 import signal
 import subprocess
 import time
-from collections.abc import Iterator
 
 import pytest
 from conftest import C, INSTALLED, PREFIX, ROOT, SWEPT, X, YOUNG, finish, make, run, start, tree
@@ -13,29 +12,26 @@ from conftest import C, INSTALLED, PREFIX, ROOT, SWEPT, X, YOUNG, finish, make, 
 COMMAND = ("-do", "14", r"X:\test\s*")
 
 
-@contextlib.contextmanager
-def stopped_in(folder: str, *arguments: str) -> Iterator[subprocess.Popen[bytes]]:
+def stopped_in(folder: str, *arguments: str) -> subprocess.Popen[bytes]:
     """A run that is stopped while it deletes the files 1000 to 2999 of a folder."""
     make(*(f"{folder}/{number}" for number in range(1000, 3000)))
     process = start(*arguments)
-    try:
-        ended = os.WEXITED | os.WNOWAIT  # the process stays, so it can still be sent a signal
-        while (SWEPT / folder / "1000").exists() and not os.waitid(os.P_PID, process.pid, ended | os.WNOHANG):
-            pass
-        process.send_signal(signal.SIGSTOP)
-        os.waitid(os.P_PID, process.pid, ended | os.WSTOPPED)
-        assert (SWEPT / folder / "2999").exists(), "it was not stopped in time"
-        yield process
-    finally:
+    while (SWEPT / folder / "1000").exists():
+        assert process.poll() is None
+    process.send_signal(signal.SIGSTOP)
+    os.waitid(os.P_PID, process.pid, os.WSTOPPED | os.WEXITED | os.WNOWAIT)
+    if not (SWEPT / folder / "2999").exists():
         process.kill()
+        pytest.fail("it was not stopped in time")
+    return process
 
 
 def test_the_listing_decides_on_what_changes_later() -> None:
-    with stopped_in("full", *COMMAND) as process:
-        (SWEPT / "full/2999").unlink()
-        make("full/2998", "full/another", days=YOUNG)
-        process.send_signal(signal.SIGCONT)
-        output = finish(process).output
+    process = stopped_in("full", *COMMAND)
+    (SWEPT / "full/2999").unlink()
+    make("full/2998", "full/another", days=YOUNG)
+    process.send_signal(signal.SIGCONT)
+    output = finish(process).output
     assert "\n  2000 files deleted" in output
     assert "Error deleting folder X:\\test\\swept\\full:Error 145: Directory is not" in output
     assert tree() == ["full", "full/another"]
@@ -45,9 +41,9 @@ def test_the_listing_decides_on_what_changes_later() -> None:
 def test_a_killed_run_has_printed_its_reports_and_the_next_goes_on(folder: str, end: str) -> None:
     if folder:
         make("a/in/", f"{folder}/")
-    with stopped_in("c/in", "-do", "14", r"X:\test\swept\*\in") as process:
-        process.kill()
-        assert process.communicate()[0].decode().endswith(end)
+    process = stopped_in("c/in", "-do", "14", r"X:\test\swept\*\in")
+    process.kill()
+    assert process.communicate()[0].decode().endswith(end)
     assert run(*COMMAND).code == 0
     assert tree() == []
 

@@ -11,7 +11,7 @@ from subprocess import DEVNULL, PIPE, Popen, run
 from xml.etree import ElementTree
 
 import pytest
-from conftest import C, ROOT, SWEPT, TOOL, X, make, rows, text, tree
+from conftest import ROOT, SWEPT, TOOL, X, make, rows, text, tree
 
 FOLDER = SWEPT / "job (x86) & more !now!"
 NAME = r"X:\test\swept\job (x86) & more !now!"
@@ -23,6 +23,12 @@ KILLED = FOLDER / "new logs/clean.log.killed"
 
 def wine(*command: str, cwd: Path = X) -> int:
     return run(["wine", *command], cwd=cwd, stdin=DEVNULL, timeout=60).returncode
+
+
+def start(*commands: str) -> Popen[str]:
+    """Runs these lines of a batch file."""
+    make("start.cmd", content="".join(f"@{line}\r\n" for line in commands).encode(), folder=FOLDER)
+    return Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", stdin=PIPE, stdout=PIPE)
 
 
 def run_job(*arguments: str, folder: str = "job") -> int:
@@ -60,23 +66,11 @@ def test_ends_with_2_only_when_the_report_of_this_run_has_errors() -> None:
     assert KILLED.read_text() == "Errors:"
 
 
-def test_takes_arguments_and_ends_with_5_when_no_folder_is_swept() -> None:  # run_tests.cmd has more
-    assert run_job("-do", "14", rf"{NAME}\suite\*\cfg_global", folder=r"bin\win64") == 0  # only "sub" has one
-    assert run_job("", "-do", "14", folder=r"bin\win64") == 5
+@pytest.mark.parametrize("before, arguments, code, logged", rows(text("jobs.txt")))
+def test_ends_with_the_code_of_what_went_wrong(before: str, arguments: str, code: str, logged: str) -> None:
+    assert start(before, rf"suite\bin\win64\clean.cmd {arguments}").wait(60) == int(code)
+    assert logged in (LOG.read_text() if LOG.exists() else "")
     assert tree(FOLDER / "old jobs") == [OLD]
-
-
-def test_ends_with_the_code_of_a_program_that_failed_after_errors() -> None:
-    cmd = (C / "windows/system32/cmd.exe").read_bytes()
-    make(f"suite/bin/win64/{TOOL}.exe", content=cmd, folder=FOLDER)
-    assert run_job("/c", "echo Starting to delete files in folder 'x'& echo Errors:>&2& exit 7") == 7
-    assert LOG.read_text().endswith("Errors:\n")
-
-
-def test_ends_with_1_when_there_is_no_program() -> None:
-    (FOLDER / f"suite/bin/win64/{TOOL}.exe").unlink()
-    assert run_job() == 1
-    assert "No program: neither" in LOG.read_text()
 
 
 @pytest.mark.parametrize("held", [REPORT, LOG], ids=["by another run", "by a program"])
@@ -98,12 +92,6 @@ def test_ends_with_4_and_runs_nothing_when_it_cannot_begin_its_report() -> None:
     taken = b'\nmkdir "%report%"\r\nset code=\r\n'  # just before the program's start
     script.write_bytes(script.read_bytes().replace(b"\nset code=\r\n", taken))
     assert run_job() == 4
-    assert tree(FOLDER / "old jobs") == [OLD]
-
-
-def test_ends_with_4_and_runs_nothing_without_localappdata() -> None:
-    arguments = ("-do", "14", r"\test\swept")  # on the current drive, as "%LOCALAPPDATA%\Temp" would be
-    assert wine("cmd", "/c", "set", "LOCALAPPDATA=&&clean.cmd", *arguments, cwd=FOLDER / "suite/job") == 4
     assert tree(FOLDER / "old jobs") == [OLD]
 
 
@@ -147,9 +135,7 @@ def test_the_task_starts_a_batch_file_that_has_the_arguments() -> None:  # run_t
 # Wine's PowerShell does nothing. The test makes the files old while the batch file waits for a key.
 @pytest.mark.parametrize("before, old, verdict", rows(text("trials.txt")))
 def test_a_trial_says_what_differs(before: str, old: str, verdict: str) -> None:
-    start = f'@set "TEMP={NAME}"\r\n@{before}\r\n@suite\\job\\try_it.cmd\r\n'
-    make("start.cmd", content=start.encode(), folder=FOLDER)
-    with Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", stdin=PIPE, stdout=PIPE) as process:
+    with start(f'set "TEMP={NAME}"', before, r"suite\job\try_it.cmd") as process:
         output = "".join(itertools.takewhile(lambda line: "now cleans" not in line, process.stdout or ()))
         for path in FOLDER.glob("**/swept/old read-only.txt"):
             assert not path.stat().st_mode & 0o222 and [*path.parents[1].glob("keep*")]

@@ -10,8 +10,8 @@ from conftest import C, ROOT, TOOL, X, make, rows, run, text, words
 
 TEXT = (ROOT / "docs/manual.md").read_text()
 SAMPLES = re.findall(r"^```console\n((?:.*\n)*?)```$", TEXT, re.MULTILINE)
-MISTAKES, STARS = (rows(TEXT.split(f"# {heading}\n")[1])
-                   for heading in ("Mistakes on the command line", "Folders with a star"))
+MISTAKES = rows(TEXT.split("# Mistakes on the command line\n")[1])
+SAMPLES += ("> {}\n{}\n".format(*(cell.strip("`") for cell in row)) for row in MISTAKES)
 
 
 @pytest.fixture(autouse=True)
@@ -42,12 +42,7 @@ def test_a_sample_shows_what_its_commands_print(sample: str) -> None:
     assert sample == "".join(f"> {command}\n{printed(command)}\n" for command in commands)
 
 
-@pytest.mark.parametrize("command, message", MISTAKES)
-def test_a_mistake_has_its_message(command: str, message: str) -> None:
-    assert f"`{printed(command.strip('`'))}`" == message
-
-
-@pytest.mark.parametrize("directory, folders", STARS)
+@pytest.mark.parametrize("directory, folders", rows(TEXT.split("# Folders with a star\n")[1]))
 def test_a_star_runs_its_folders(directory: str, folders: str) -> None:
     directory, *started_in = re.findall("`(.*?)`", directory)
     found = re.findall(r"in folder '(.*)', File", printed(f"{TOOL} -do 14 {directory}", *started_in))

@@ -3,10 +3,9 @@
 
 #include "sweep/windows_api.h"
 
-#include <QFile>
-
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 
 namespace fs = std::filesystem;
@@ -15,10 +14,7 @@ namespace fs = std::filesystem;
 inline void makeFile(const fs::path &path, int daysOld, const char *content = "")
 {
     fs::create_directories(path.parent_path());
-    QFile file(QString::fromStdWString(path.wstring()));
-    file.open(QIODevice::WriteOnly);
-    file.write(content);
-    file.close();
+    std::ofstream(path, std::ios::binary) << content;
     fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(24 * daysOld));
 }
 

@@ -26,13 +26,12 @@ inline QString contentOf(const char *file)
     return QString::fromUtf8(data.readAll().constData()).trimmed();
 }
 
-inline QStringList linesOf(const char *file) { return contentOf(file).split(QLatin1Char('\n')); }
-
 /// The cells of each row of a table.
 inline QList<QStringList> rowsOf(const char *table)
 {
     QList<QStringList> rows;
-    for (const QString &line : linesOf(table).filter(QRegExp(latin1("^[^#]"))))
+    const QStringList lines = contentOf(table).split(QLatin1Char('\n'));
+    for (const QString &line : lines.filter(QRegExp(latin1("^[^#]"))))
         rows << line.split(QRegExp(latin1(" *\\| *")));
     return rows;
 }
