@@ -29,10 +29,11 @@ struct Discovery
     {
         QList<QByteArray> words = commandLine.toLatin1().split(' ');
         std::vector<char *> argv;
-        for (int i = 0; i < words.size() && !commandLine.isEmpty(); ++i)
-            argv.push_back(words[i].data());
-        isFound = findInstallRoot(paths, static_cast<int>(argv.size()), argv.data(), log, isOutside,
-                                  false, false, FixedNarrowString100(), true);
+        for (QByteArray &word : words)
+            argv.push_back(word.data());
+        const int argc = commandLine.isEmpty() ? 0 : words.size();
+        isFound = findInstallRoot(paths, argc, argv.data(), log, isOutside, false, false,
+                                  FixedNarrowString100(), true);
     }
     QString folder(InstallEntry entry) const { return paths.entries[entry].toQString(); }
 
@@ -46,33 +47,29 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
 {
     const Roots roots;
     makeFile(L"X:\\unit\\sub\\cfg_global\\x", 0);
-    qputenv("KX_ROOT_INSTALLER", "X:\\t\\s");
-    _wputenv(L"KX_ROOT=X:/t/\u0432"); // outside Latin-1
-    const auto rootWithout = [](const QString &folder) {
-        fs::remove_all(fs::path(folder.toStdWString()) / L"sub");
-        Discovery discovery(latin1("X:\\t\\u\\a\\\\tool -kxRoot X:\\t\\r"));
-        const QString root = discovery.folder(installRoot);
-        EXPECT_EQ(!root.isEmpty(), discovery.isFound);
-        const QString log = discovery.log.replace(QLatin1Char('\n'), QLatin1Char(' '));
-        return (root + log).trimmed();
-    };
-    expectResults("root_sources.txt", { { "findInstallRoot", rootWithout } });
-    EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
-}
-
-TEST(RootDiscovery, FindsTheRootAndTheStatusFolderThatFlagsName)
-{
-    const Roots roots;
     makeFile(L"X:\\t\\d_release\\sub\\cfg_global\\relink_win.cfg", 0, "Root=Y:\\moved");
-    qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // the next source; "\r" is removed
+    qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // "\r" is removed
+    _wputenv(L"KX_ROOT=X:/t/\u0432");           // outside Latin-1
     const auto root = [](const QString &line) {
         const Discovery discovery(line);
         return discovery.folder(installRoot) + latin1(discovery.isOutside ? " outside" : "");
     };
+    const auto programs = [](const QString &line) {
+        return Discovery(line).folder(executablesRoot);
+    };
     const auto status = [](const QString &line) { return Discovery(line).folder(statusFolder); };
-    expectResults("root_flags.txt", { { "-kxRoot", root }, { "-loadstatus", status } });
-    EXPECT_EQ(latin1("X:\\t\\r\\a_kx9\\"),
-              Discovery(latin1("tool -kxRoot X:\\t\\r\\a_kx9")).folder(executablesRoot));
+    const auto without = [](const QString &folder) {
+        fs::remove_all(fs::path(folder.toStdWString()) / L"sub");
+        Discovery discovery(latin1("X:\\t\\u\\a\\\\tool -kxRoot X:\\t\\s"));
+        EXPECT_EQ(discovery.folder(installRoot).isEmpty(), !discovery.isFound);
+        discovery.log.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        return (discovery.folder(installRoot) + discovery.log).trimmed();
+    };
+    expectResults("root_sources.txt", { { "-kxRoot", root },
+                                        { "programs", programs },
+                                        { "-loadstatus", status },
+                                        { "without", without } });
+    EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
 }
 
 TEST(RelinkFile, MovesTheRootsByItsFirstLineAndMustOpen)

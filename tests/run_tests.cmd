@@ -22,7 +22,7 @@ if errorlevel 1 rd "%folder%"& echo Differs: drive X: is taken. Nothing was run.
 set KX_ROOT=
 set KX_ROOT_INSTALLER=
 set "LOCALAPPDATA=X:\local"
-set "joblog=X:\local\kxDeleteOldFiles\clean_old_files.log"
+set "joblog=%LOCALAPPDATA%\kxDeleteOldFiles\clean_old_files.log"
 set "parent=X:\job (x86) & more"
 set "job=%parent%\suite\bin\win64"
 set "swept=%parent%\swept"

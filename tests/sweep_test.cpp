@@ -12,9 +12,9 @@ namespace {
 QString systemText(quint32 code)
 {
     constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    wchar_t text[500];
-    const DWORD length = FormatMessageW(flags, nullptr, code, 0, text, 500, nullptr);
-    return fromWChar(text, static_cast<int>(length)).trimmed();
+    wchar_t text[500] = {};
+    FormatMessageW(flags, nullptr, code, 0, text, 500, nullptr);
+    return QString::fromWCharArray(text).trimmed();
 }
 
 TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
@@ -95,7 +95,6 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     EXPECT_EQ(handles[0], handles[1]);
     DirListing::open(handle, latin1("X:/t"), true, false, false, false);
     EXPECT_TRUE(DirListing::next(handle)); // closed halfway, or the folder could not be removed
-    DirListing::destroy(handle);           // the destructor of the handle must then do nothing
 }
 
 TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
@@ -114,6 +113,7 @@ TEST(DirListing, TakesTheCreationTimeWhereTheLastWriteTimeIsNone)
     EXPECT_EQ(-11644472741, DirListing::time(handle)); // 858.99 s after 1601 began
     found.nFileSizeHigh = 1;
     EXPECT_EQ(4294967296, DirListing::size(handle));
+    DirListing::destroy(handle); // the destructor of the handle must then do nothing
 }
 
 /// A sweep of X:\t for what is more than a day old.

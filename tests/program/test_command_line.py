@@ -1,15 +1,34 @@
-"""How the program reads its arguments. The manual's mistakes and stars are in test_manual.py."""
+"""How the program reads its arguments, and the manual's samples and tables of commands."""
+
+import re
+import shutil
+from collections.abc import Iterator
+from pathlib import Path
 
 import pytest
-from conftest import INSTALLED, PREFIX, TOOL, Run, X, make, rows, run, text, tree, words
+from conftest import C, INSTALLED, PREFIX, ROOT, TOOL, Run, X, make, rows, run, text, tree, words
 
 RECORDS = [record.split("\n", 1) for record in text("command_lines.txt").split("\n> ")[1:]]
+MANUAL = (ROOT / "docs/manual.md").read_text()
+SAMPLES = re.findall(r"^```console\n((?:.*\n)*?)```$", MANUAL, re.MULTILINE)
+for row in rows(MANUAL.split("# Mistakes on the command line\n")[1]):
+    SAMPLES.append("> {}\n{}\n".format(*(cell.strip("`") for cell in row)))
 
 
 @pytest.fixture(autouse=True)
-def files() -> None:
+def files(program: Path) -> Iterator[None]:
+    """Makes two files to sweep and the manual's folders on drive C:, and removes these afterwards."""
+    before = {*C.iterdir(), *(C / "users").iterdir()}
+    for line in text("manual_folders.txt").splitlines():
+        days, kib, path = line.split(maxsplit=2)
+        make(path, days=int(days), content=bytes(int(kib) << 10), folder=C)
+    make(f"suite/bin/win64/{TOOL}.exe", f"tools/bin/{TOOL}.exe", content=program.read_bytes(), folder=C)
+    make("share/x/", folder=X)
     make("old")
     make("young", days=-10)
+    yield
+    for folder in {*C.iterdir(), *(C / "users").iterdir()} - before:
+        shutil.rmtree(folder)
 
 
 def report(folder: str, days: str, count: int, free: str) -> Run:
@@ -42,3 +61,24 @@ def test_reports_the_free_space_of_the_root_of_a_directory(case: str, free: str,
         share.symlink_to(X / "test")
     assert run("-do", "24855", directory) == report(directory, "24855", 0, free)
     assert tree() == ["old", "young"]
+
+
+def printed(command: str, folder: str = "C:\\") -> str:
+    """What a command prints when it is started in this folder."""
+    program, *arguments = words(command)
+    program = rf"C:\suite\bin\win64\{TOOL}.exe" if program == TOOL else program
+    output = run(*arguments, program=program, cwd=C / folder[3:]).output
+    return output.replace("is # MiB", "is 79 174 MiB").rstrip("\n")
+
+
+@pytest.mark.parametrize("sample", SAMPLES)
+def test_a_sample_shows_what_its_commands_print(sample: str) -> None:
+    commands = re.findall(r"^> (.*)$", sample, re.MULTILINE)
+    assert sample == "".join(f"> {command}\n{printed(command)}\n" for command in commands)
+
+
+@pytest.mark.parametrize("directory, folders", rows(MANUAL.split("# Folders with a star\n")[1]))
+def test_a_star_runs_its_folders(directory: str, folders: str) -> None:
+    directory, *started_in = re.findall("`(.*?)`", directory)
+    found = re.findall(r"in folder '(.*)', File", printed(f"{TOOL} -do 14 {directory}", *started_in))
+    assert folders.split(" (")[0] == (", ".join(f"`{folder}`" for folder in found) or "none")

@@ -67,7 +67,7 @@ def test_ends_with_2_only_when_the_report_of_this_run_has_errors() -> None:
 
 
 @pytest.mark.parametrize("before, arguments, code, logged", rows(text("jobs.txt")))
-def test_ends_with_the_code_of_what_went_wrong(before: str, arguments: str, code: str, logged: str) -> None:
+def test_ends_with_a_code_and_logs_the_reason(before: str, arguments: str, code: str, logged: str) -> None:
     assert start(before, rf"suite\bin\win64\clean.cmd {arguments}").wait(60) == int(code)
     assert logged in (LOG.read_text() if LOG.exists() else "")
     assert tree(FOLDER / "old jobs") == [OLD]

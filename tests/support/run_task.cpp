@@ -14,24 +14,24 @@ int wmain(int argc, wchar_t **argv)
     QFile file(QString::fromWCharArray(argv[1]));
     file.open(QIODevice::ReadOnly);
     const QByteArray utf16 = file.readAll();
-    const QString xml =
-        fromWChar(reinterpret_cast<const wchar_t *>(utf16.constData()), utf16.size() / 2);
-    // The last element of a name counts. The comment of the XML shows others.
-    const auto textOf = [&xml](const char *tag) {
-        return xml.section(QLatin1String(tag), -1).section(QLatin1Char('<'), 0, 0);
-    };
-    QString line = decodeEntities(textOf("<Command>") + QLatin1Char(' ') + textOf("<Arguments>"));
+    const auto *units = reinterpret_cast<const wchar_t *>(utf16.constData());
+    // From the last "Command" on. The comment of the XML comes before, and has other arguments.
+    QString line = fromWChar(units, utf16.size() / 2).section(QLatin1String("<Command>"), -1);
+    line = line.section(QLatin1String("</Arguments>"), 0, 0);
+    line.replace(QRegExp(QLatin1String("</Command>\\s*<Arguments>")), QLatin1String(" "));
+    line = decodeEntities(line);
     for (int i = 2; i + 1 < argc; i += 2)
         line.replace(QString::fromWCharArray(argv[i]), QString::fromWCharArray(argv[i + 1]));
 
     wchar_t expanded[4096];
     ExpandEnvironmentStringsW(toWChar(line), expanded, 4096);
     STARTUPINFOW startup = {};
-    PROCESS_INFORMATION process = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started = {};
+    DWORD exitCode = 125; // when no process is started
     CreateProcessW(nullptr, expanded, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                   &process);
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 125; // when no process was started
-    GetExitCodeProcess(process.hProcess, &exitCode);
+                   &started);
+    WaitForSingleObject(started.hProcess, INFINITE);
+    GetExitCodeProcess(started.hProcess, &exitCode);
     return static_cast<int>(exitCode);
 }
