@@ -9,18 +9,18 @@ rem already sets KX_SCRATCH_DRIVE=X:, and keeps what the tests leave there.
 setlocal EnableExtensions DisableDelayedExpansion
 set "folder=%TEMP%\kx_tests_%RANDOM%_%RANDOM%"
 set "log=%folder%.log"
-set passed=yes
+set passed=
 
 if "%KX_SCRATCH_DRIVE%"=="X:" goto lay_out
-if exist X:\ echo Differs: drive X: is taken. Nothing was run.& goto failed
+if exist X:\ echo Differs: drive X: is taken. Nothing was run.& goto end
 mkdir "%folder%"
-if errorlevel 1 echo Differs: the folder "%folder%" cannot be made.& goto failed
+if errorlevel 1 echo Differs: the folder "%folder%" cannot be made.& goto end
 subst X: "%folder%"
-if errorlevel 1 rd "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto failed
+if errorlevel 1 rd "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto end
 
 :lay_out
-set KX_ROOT=
-set KX_ROOT_INSTALLER=
+set passed=yes
+for %%v in (KX_ROOT KX_ROOT_INSTALLER) do set %%v=
 set "LOCALAPPDATA=X:\local"
 set "joblog=%LOCALAPPDATA%\kxDeleteOldFiles\clean_old_files.log"
 set "parent=X:\job (x86) & more"
@@ -59,14 +59,13 @@ rd /s /q "%folder%"
 if exist "%folder%" echo Differs: the folder "%folder%" cannot be removed.& set passed=
 
 :verdict
-if not defined passed echo The log is "%log%".& goto failed
+if not defined passed echo The log is "%log%".& goto end
 del "%log%"
 for /f "tokens=3,4 delims=[] " %%v in ('ver') do echo All tests passed on Windows %%v %%w
-pause
-exit /b 0
 
-:failed
+:end
 pause
+if defined passed exit /b 0
 exit /b 1
 
 rem Runs the batch file in a second cmd with the arguments from the third on, and then expects its exit code.

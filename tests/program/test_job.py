@@ -21,8 +21,8 @@ REPORT = FOLDER / "new logs/clean.log.report"
 KILLED = FOLDER / "new logs/clean.log.killed"
 
 
-def wine(*command: str, cwd: Path = X) -> int:
-    return run(["wine", *command], cwd=cwd, stdin=DEVNULL, timeout=60).returncode
+def wine(*command: str) -> int:
+    return run(["wine", *command], cwd=X, stdin=DEVNULL, timeout=60).returncode
 
 
 def start(*commands: str) -> Popen[str]:
@@ -31,8 +31,8 @@ def start(*commands: str) -> Popen[str]:
     return Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", stdin=PIPE, stdout=PIPE)
 
 
-def run_job(*arguments: str, folder: str = "job") -> int:
-    return wine(rf"{NAME}\suite\{folder}\clean.cmd", *arguments)
+def run_job() -> int:
+    return wine(rf"{NAME}\suite\job\clean.cmd")
 
 
 @pytest.fixture(autouse=True)
