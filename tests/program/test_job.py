@@ -125,11 +125,13 @@ def test_the_task_has_elements_and_values_of_the_schema_and_schtasks_takes_it(ta
     assert wine("schtasks", "/delete", "/tn", "kx", "/f") == 0
 
 
-def test_the_task_starts_a_batch_file_that_has_the_arguments() -> None:  # run_tests.cmd has the other
-    (X / "task.xml").write_text(PATH_ALONE, "utf-16")
-    here = (r"C:\Program Files", NAME, "clean_old_files", "clean")
+@pytest.mark.parametrize("task, swept", [(TASK, "scratch"), (PATH_ALONE, "old jobs")], ids=range(2))
+def test_the_task_starts_the_batch_file_in_any_folder(task: str, swept: str) -> None:
+    make("scratch/old", folder=FOLDER)
+    (X / "task.xml").write_text(task, "utf-16")
+    here = (r"C:\Program Files", NAME, "clean_old_files", "clean", r"C:\scratch", rf"{NAME}\scratch")
     assert wine(r"X:\unit\bin\win64\run_task.exe", r"X:\task.xml", *here) == 0
-    assert tree(FOLDER / "old jobs") == []
+    assert tree(FOLDER / swept) == []
 
 
 # Wine's PowerShell does nothing. The test makes the files old while the batch file waits for a key.

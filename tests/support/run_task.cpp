@@ -27,6 +27,7 @@ int wmain(int argc, wchar_t **argv)
     ExpandEnvironmentStringsW(toWChar(line), expanded, 4096);
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
+    startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
     DWORD exitCode = 125; // when no process is started
     CreateProcessW(nullptr, expanded, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
