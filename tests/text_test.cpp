@@ -25,6 +25,7 @@ TEST(FixedString, InsertsAndRemovesWithinItsLength)
     EXPECT_EQ(latin1("acdY"), text.toQString());
     text.removeRange(2, -1); // duplicates the unit before
     EXPECT_EQ(latin1("accdY"), text.toQString());
+    EXPECT_EQ(latin1("yb"), wide("Aab").replaceAllNoCase(wide("aA"), wide("y")).toQString());
 }
 
 TEST(FixedString, KeepsOldUnitsAfterItsTerminator)
