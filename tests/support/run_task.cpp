@@ -6,6 +6,7 @@
 #include "text/entities.h"
 
 #include <QFile>
+#include <QRegExp>
 
 extern "C" int wmain(int argc, wchar_t **argv);
 
@@ -26,7 +27,6 @@ int wmain(int argc, wchar_t **argv)
     wchar_t expanded[4096];
     ExpandEnvironmentStringsW(toWChar(line), expanded, 4096);
     STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started = {};
     DWORD exitCode = 125; // when no process is started
