@@ -12,11 +12,10 @@ set "log=%folder%.log"
 set passed=
 
 if "%KX_SCRATCH_DRIVE%"=="X:" goto lay_out
-if exist X:\ echo Differs: drive X: is taken. Nothing was run.& goto end
-mkdir "%folder%"
+mkdir "%folder%\here"
 if errorlevel 1 echo Differs: the folder "%folder%" cannot be made.& goto end
 subst X: "%folder%"
-if errorlevel 1 rd "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto end
+if not exist X:\here rd /s /q "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto end
 
 :lay_out
 set passed=yes
