@@ -62,7 +62,8 @@ cmp "$work/relinked.exe" "$stage/kxDeleteOldFiles.exe"
 
 cmake --install "$build" --component tests --prefix "$tests"
 "$toolchain/bin/ucrt64-strip" -p "$tests"/*.exe
-cp "$stage/kxDeleteOldFiles.exe" "$stage"/job/clean_old_files.* "$tests/"
+cp -r "$stage/kxDeleteOldFiles.exe" "$stage"/job/clean_old_files.* "$stage/licences" "$tests/"
+dos /usr/share/doc/googletest/copyright >"$tests/licences/googletest-copyright.txt"
 
 # grep ends with 1 when it finds nothing, and with more when it could not search.
 found=$(LC_ALL=C grep -arlP "(?<![\w.-])(\Q$PWD\E|\Q$qtcore\E)/" "$stage" "$tests") || [ "$?" = 1 ]

@@ -4,12 +4,18 @@ rem Windows' own cmd. Each line that begins with "Differs:" is a failure. It end
 rem and otherwise with 1 and a log in %TEMP%. It waits for a key before it ends; "run_tests <nul" does not.
 rem
 rem Everything happens in a new folder below %TEMP%, which is drive X: until the end. After Ctrl-C, enter
-rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller whose drive X: is a scratch drive
-rem already sets KX_SCRATCH_DRIVE=X:, and keeps what the tests leave there.
+rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller that has a scratch drive X: sets
+rem KX_SCRATCH_DRIVE=X:. What the tests leave there then stays.
 setlocal EnableExtensions DisableDelayedExpansion
+set passed=
+set ran=
+
+rem Users can write to the Temp folder of SYSTEM. A link that they put there would lead the program elsewhere.
+if "%TEMP%"=="" echo Differs: the variable TEMP is missing.& goto end
+for %%f in ("%TEMP%\.") do set "TEMP=%%~ff"
+if /i "%TEMP%"=="%SystemRoot%\Temp" echo Differs: users can write to "%TEMP%".& goto end
 set "folder=%TEMP%\kx_tests_%RANDOM%_%RANDOM%"
 set "log=%folder%.log"
-set passed=
 
 if "%KX_SCRATCH_DRIVE%"=="X:" goto lay_out
 mkdir "%folder%\here"
@@ -19,7 +25,7 @@ if not exist X:\here rd /s /q "%folder%"& echo Differs: drive X: is taken. Nothi
 
 :lay_out
 set passed=yes
-for %%v in (KX_ROOT KX_ROOT_INSTALLER) do set %%v=
+for %%v in (KX_ROOT KX_ROOT_INSTALLER TZ) do set %%v=
 set "LOCALAPPDATA=X:\local"
 set "joblog=%LOCALAPPDATA%\kxDeleteOldFiles\clean_old_files.log"
 set "parent=X:\job (x86) & more"
@@ -30,16 +36,17 @@ for %%d in (X:\unit\bin\win64 "%job%") do copy "%~dp0*" %%d >nul
 
 cd /d X:\unit\bin\win64
 for %%t in (text sweep install) do (
-  %%t_test.exe >>"%log%" 2>&1
+  .\%%t_test.exe >>"%log%" 2>&1
   call :expect 0 "%%t_test"
 )
 
 cd /d "%job%"
-for %%f in (file held) do type nul >"%swept%\%%f"
-call :job 2 "the batch file with errors in the report" -do 0 "%swept%" <"%swept%\held"
+rem Wine holds a file that is read, Windows one that is written.
+for %%f in (file held1 held2) do type nul >"%swept%\%%f"
+call :job 2 "the batch file with errors in the report" -do 0 "%swept%" <"%swept%\held1" 2>>"%swept%\held2"
 if exist "%swept%\file" echo Differs: a file of the swept folder is left.& set passed=
 call :job 0 "the batch file with a folder that is swept" -do 0 "%swept%"
-if exist "%swept%\held" echo Differs: a file of the swept folder is left.& set passed=
+if exist "%swept%\held*" echo Differs: a file of the swept folder is left.& set passed=
 type nul >"%swept%\file"
 call :job 3 "the batch file with days that are no number" -do week "%swept%"
 call :job 4 "the batch file with a log that is held open" -do 0 "%swept%" 2>>"%joblog%"
@@ -47,7 +54,7 @@ call :job 5 "the batch file with a wrong directory" -do 0 "%parent%\wrong"
 call :job 5 "the batch file with a star without a match" -do 0 "%parent%\z*"
 call :job -1 "the batch file with too few arguments" -v
 if not exist "%swept%\file" echo Differs: a file is gone that no run was to sweep.& set passed=
-run_task clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
+.\run_task clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
 call :expect 0 "the command line of the task"
 type "%joblog%" >>"%log%"
 
@@ -58,6 +65,7 @@ rd /s /q "%folder%"
 if exist "%folder%" echo Differs: the folder "%folder%" cannot be removed.& set passed=
 
 :verdict
+if not "%ran%"=="11" echo Differs: of 11 tests, these passed: %ran%.& set passed=
 if not defined passed echo The log is "%log%".& goto end
 del "%log%"
 for /f "tokens=3,4 delims=[] " %%v in ('ver') do echo All tests passed on Windows %%v %%w
@@ -69,11 +77,11 @@ exit /b 1
 
 rem Runs the batch file in a second cmd with the arguments from the third on, and then expects its exit code.
 :job
-"%SystemRoot%\System32\cmd.exe" /d /c clean_old_files.cmd %3 %4 %5 >>"%log%"
+"%SystemRoot%\System32\cmd.exe" /d /c .\clean_old_files.cmd %3 %4 %5 >>"%log%"
 
 rem Compares the exit code of the command before with the first argument. The second is the name of the test.
 :expect
-if "%errorlevel%"=="%~1" echo Passed: %~2.& exit /b
+if "%errorlevel%"=="%~1" echo Passed: %~2.& set /a ran+=1 >nul& exit /b
 echo Differs: %~2 ended with %errorlevel% instead of %~1.
 set passed=
 exit /b

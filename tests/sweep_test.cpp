@@ -12,15 +12,17 @@ namespace {
 QString systemText(quint32 code)
 {
     constexpr DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    constexpr DWORD language = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
     wchar_t text[500] = {};
-    FormatMessageW(flags, nullptr, code, 0, text, 500, nullptr);
-    return QString::fromWCharArray(text).trimmed();
+    FormatMessageW(flags, nullptr, code, language, text, 500, nullptr);
+    return QString::fromWCharArray(text).remove(latin1("\r\n"));
 }
 
 TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
 {
     EXPECT_EQ("No Error.", plain(systemErrorText(0).toQString()));
     EXPECT_EQ("A DLL is missing.", plain(systemErrorText(126).toQString()));
+    EXPECT_EQ(latin1("Error 2: ") + systemText(2) + latin1("."), systemErrorText(2).toQString());
     for (const QStringList &row : rowsOf("error_texts.txt")) {
         const quint32 code = row.at(0).toUInt(nullptr, 16);
         EXPECT_EQ(row.at(1), exceptionCodeText(code).toQString());
