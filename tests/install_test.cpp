@@ -105,6 +105,7 @@ InstallPaths layoutWith(const char *status, bool fromExeRoot, const char *render
 
 TEST(InstallLayout, HasThirtyNineFolders)
 {
+    qputenv("SystemDrive", "Q:"); // no matter, because there is a drive C:
     const InstallPaths layouts[] = { layoutWith("X:\\status\\", false, "X:\\no", true),
                                      layoutWith("", true, "", false),
                                      layoutWith("", true, "X:/unit", true) };

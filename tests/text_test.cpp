@@ -47,9 +47,10 @@ TEST(FixedString, EndsAtItsFirstZero)
     EXPECT_EQ(0, text.value[500]);
     text.value[1] = 0;
     text.recomputeLength();
+    text.value[500] = u'x';
     text.zeroTail();
     EXPECT_EQ(0, text.value[2]);
-    EXPECT_EQ(0, text.value[499]);
+    EXPECT_EQ(0, text.value[500]);
 }
 
 TEST(FixedString, ConvertsUnitByUnit)
@@ -68,7 +69,7 @@ TEST(FixedString, FindsInAnyCase)
     EXPECT_EQ(1, wide("bBcb").indexOfUnitNoCase(u'b', 1));
     EXPECT_EQ(0, wide("bBcb").indexOfUnitNoCase(u'B', 4)); // past the end
     EXPECT_EQ(0, wide("\\a").firstBackslash());
-    EXPECT_EQ(3, lastBackslash(wide("a\\b\\c")));
+    EXPECT_EQ(3, lastBackslash(wide("a\\b\\")));
 }
 
 TEST(FixedString, ComparesInAnyCase)
