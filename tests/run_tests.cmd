@@ -14,14 +14,15 @@ rem Users can write to the Temp folder of SYSTEM. A link that they put there wou
 if "%TEMP%"=="" echo Differs: the variable TEMP is missing.& goto end
 for %%f in ("%TEMP%\.") do set "TEMP=%%~ff"
 if /i "%TEMP%"=="%SystemRoot%\Temp" echo Differs: users can write to "%TEMP%".& goto end
-set "folder=%TEMP%\kx_tests_%RANDOM%_%RANDOM%"
+set "name=kx_tests_%RANDOM%_%RANDOM%"
+set "folder=%TEMP%\%name%"
 set "log=%folder%.log"
 
 if "%KX_SCRATCH_DRIVE%"=="X:" goto lay_out
-mkdir "%folder%\here"
+mkdir "%folder%\%name%"
 if errorlevel 1 echo Differs: the folder "%folder%" cannot be made.& goto end
 subst X: "%folder%"
-if not exist X:\here rd /s /q "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto end
+if not exist "X:\%name%" rd /s /q "%folder%"& echo Differs: drive X: is taken. Nothing was run.& goto end
 
 :lay_out
 set passed=yes
