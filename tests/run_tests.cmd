@@ -29,9 +29,10 @@ set passed=yes
 for %%v in (KX_ROOT KX_ROOT_INSTALLER TZ) do set %%v=
 set "LOCALAPPDATA=X:\local"
 set "joblog=%LOCALAPPDATA%\kxDeleteOldFiles\clean_old_files.log"
-set "parent=X:\job (x86) & more"
+set "parent=X:\job (x86) & more !now!"
 set "job=%parent%\suite\bin\win64"
 set "swept=%parent%\swept"
+if exist X:\local rd /s /q X:\local
 mkdir X:\unit\bin\win64 "%job%" "%parent%\suite\sub\cfg_global" "%swept%" X:\local\kxDeleteOldFiles
 for %%d in (X:\unit\bin\win64 "%job%") do copy "%~dp0*" %%d >nul
 
@@ -55,8 +56,11 @@ call :job 5 "the batch file with a wrong directory" -do 0 "%parent%\wrong"
 call :job 5 "the batch file with a star without a match" -do 0 "%parent%\z*"
 call :job -1 "the batch file with too few arguments" -v
 if not exist "%swept%\file" echo Differs: a file is gone that no run was to sweep.& set passed=
+if exist "%joblog%.killed" echo Differs: a report is left that the next run takes for that of a killed run.& set passed=
 .\run_task clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
 call :expect 0 "the command line of the task"
+.\run_task clean_old_files.xml "C:\Program Files" "%parent%" " -v -do 14 \"C:\scratch\"" "" >>"%log%" 2>&1
+call :expect -1 "the command line of the task without arguments"
 type "%joblog%" >>"%log%"
 
 cd /d "%SystemRoot%"
@@ -66,7 +70,7 @@ rd /s /q "%folder%"
 if exist "%folder%" echo Differs: the folder "%folder%" cannot be removed.& set passed=
 
 :verdict
-if not "%ran%"=="11" echo Differs: of 11 tests, these passed: %ran%.& set passed=
+if not "%ran%"=="12" echo Differs: of 12 tests, these passed: %ran%.& set passed=
 if not defined passed echo The log is "%log%".& goto end
 del "%log%"
 for /f "tokens=3,4 delims=[] " %%v in ('ver') do echo All tests passed on Windows %%v %%w

@@ -1,5 +1,5 @@
-// Runs the command of a task as the Task Scheduler does: hands "Command" and "Arguments" of its XML
-// to CreateProcessW unchanged, but for environment variables. Ends with that command's exit code.
+// Starts the command of a task as the Task Scheduler does: hands "Command" and "Arguments" of its
+// XML to CreateProcessW, unchanged but for %SystemRoot%. Ends with that command's exit code.
 //
 // usage: run_task TASK.xml [TEXT REPLACEMENT]...   (turns the sample's paths into those of a test)
 #include "sweep/windows_api.h"
@@ -7,6 +7,8 @@
 
 #include <QFile>
 #include <QRegExp>
+
+#include <process.h>
 
 extern "C" int wmain(int argc, wchar_t **argv);
 
@@ -18,21 +20,13 @@ int wmain(int argc, wchar_t **argv)
     const auto *units = reinterpret_cast<const wchar_t *>(utf16.constData());
     // From the last "Command" on. The comment of the XML comes before, and has other arguments.
     QString line = fromWChar(units, utf16.size() / 2).section(QLatin1String("<Command>"), -1);
-    line = line.section(QLatin1String("</Arguments>"), 0, 0);
+    line = decodeEntities(line.section(QLatin1String("</Arguments>"), 0, 0));
     line.replace(QRegExp(QLatin1String("</Command>\\s*<Arguments>")), QLatin1String(" "));
-    line = decodeEntities(line);
+    const QByteArray systemRoot = qgetenv("SystemRoot");
+    line.replace(QLatin1String("%SystemRoot%"), QString::fromLatin1(systemRoot.constData()));
     for (int i = 2; i + 1 < argc; i += 2)
         line.replace(QString::fromWCharArray(argv[i]), QString::fromWCharArray(argv[i + 1]));
-
-    wchar_t expanded[4096];
-    ExpandEnvironmentStringsW(toWChar(line), expanded, 4096);
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started = {};
-    DWORD exitCode = 125; // when no process is started
-    CreateProcessW(nullptr, expanded, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                   &started);
-    WaitForSingleObject(started.hProcess, INFINITE);
-    GetExitCodeProcess(started.hProcess, &exitCode);
-    return static_cast<int>(exitCode);
+    // This function quotes nothing. It ends with -1 when it starts nothing.
+    const QString program = line.section(QLatin1Char(' '), 0, 0);
+    return static_cast<int>(_wspawnl(_P_WAIT, toWChar(program), toWChar(line), nullptr));
 }
