@@ -13,13 +13,6 @@ namespace {
 const char *const pieces[] = { "a", "bc",  "\\",   "/",    "..\\",  ".",     "c:", "<",
                                ">", "lt;", "&lt;", "amp;", "&amp;", "#196;", "&",  "\xE9" };
 
-QString replaceAll(QString text, const QString &before, const QString &after)
-{
-    for (int at = text.indexOf(before); at >= 0; at = text.indexOf(before, at + after.size()))
-        text = text.replace(at, before.size(), after).left(FixedWideString::capacity);
-    return text;
-}
-
 } // namespace
 
 int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
@@ -37,8 +30,12 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
     FixedWideString upper = wide(other); // the pieces have small letters only
     upper.toUpper();
     EXPECT_EQ(text.indexOf(other), wide(text).indexOfNoCase(upper, 0));
-    EXPECT_EQ(replaceAll(text, other, replacement),
-              wide(text).replaceAllNoCase(upper, wide(replacement)).toQString());
+    QString replaced = text;
+    replaced.replace(other, replacement);
+    const FixedWideString result = wide(text).replaceAllNoCase(upper, wide(replacement));
+    if (replaced.size() <= FixedWideString::capacity) {
+        EXPECT_EQ(replaced, result.toQString());
+    }
 
     // "&amp;" is decoded after the names and before the numbers.
     QString decoded = text;
