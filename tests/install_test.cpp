@@ -14,8 +14,11 @@ struct Roots : ScratchFolder
 {
     Roots()
     {
-        for (const QStringList &row : rowsOf("roots.txt"))
-            makeFile(L"X:\\t\\" + row.at(0).toStdWString(), 0);
+        for (const QStringList &row : rowsOf("roots.txt")) {
+            const QString firstLine = row.value(1).replace(QChar(0x2026), QChar(0x85));
+            const QByteArray content = "  " + firstLine.toLatin1() + " \nExeRoot=Y:\\no";
+            makeFile(L"X:\\t\\" + row.at(0).toStdWString(), 0, content.constData());
+        }
         for (const char *name : { "KX_ROOT", "KX_ROOT_INSTALLER" })
             qputenv(name, ""); // unsets it
         fs::remove_all(L"X:\\unit\\sub");
@@ -47,15 +50,17 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
 {
     const Roots roots;
     makeFile(L"X:\\unit\\sub\\cfg_global\\x", 0);
-    makeFile(L"X:\\t\\d_release\\sub\\cfg_global\\relink_win.cfg", 0, "Root=Y:\\moved");
     qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // "\r" is removed
     _wputenv(L"KX_ROOT=X:/t/\u0432");           // outside Latin-1
     const auto root = [](const QString &line) {
         const Discovery discovery(line);
         return discovery.folder(installRoot) + latin1(discovery.isOutside ? " outside" : "");
     };
-    const auto programs = [](const QString &line) {
-        return Discovery(line).folder(executablesRoot);
+    const auto rootsAndLog = [](const QString &line) {
+        const Discovery discovery(line);
+        QStringList found(discovery.folder(installRoot));
+        found << discovery.folder(executablesRoot) << discovery.log.section(QLatin1Char('\n'), -1);
+        return found.join(latin1(", ")).replace(QChar(0x85), QChar(0x2026));
     };
     const auto status = [](const QString &line) { return Discovery(line).folder(statusFolder); };
     const auto without = [](const QString &folder) {
@@ -66,28 +71,12 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
         return (discovery.folder(installRoot) + discovery.log).trimmed();
     };
     expectResults("root_sources.txt", { { "-kxRoot", root },
-                                        { "programs", programs },
+                                        { "relinked", rootsAndLog },
                                         { "-loadstatus", status },
                                         { "without", without } });
     EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
-}
-
-TEST(RelinkFile, MovesTheRootsByItsFirstLineAndMustOpen)
-{
-    const Roots roots;
-    const auto rootsAndLog = [](const QString &line) {
-        const QByteArray content = "  " + line.toLatin1() + " \nExeRoot=Y:\\no";
-        makeFile(L"X:\\t\\r\\sub\\cfg_global\\relink_win.cfg", 0, content.constData());
-        const Discovery discovery(latin1("tool -kxRoot X:\\t\\r"));
-        return discovery.folder(installRoot) + latin1(", ") + discovery.folder(executablesRoot)
-               + latin1(", ") + discovery.log.split(QLatin1Char('\n')).last();
-    };
-    expectResults("relink_lines.txt", { { "relink_win.cfg", rootsAndLog } });
-    // Byte 0x85 is white space to QtCore 5.
-    EXPECT_EQ(latin1("\x85\\, X:\\t\\r\\, [Relink \x85\\: invalid]"),
-              rootsAndLog(latin1("Root=\x85")));
-    const auto held = holdOpen(L"X:\\t\\r\\sub\\cfg_global\\relink_win.cfg");
-    EXPECT_FALSE(Discovery(latin1("tool -kxRoot X:\\t\\r")).isFound);
+    const auto held = holdOpen(L"X:\\t\\1\\sub\\cfg_global\\relink_win.cfg");
+    EXPECT_FALSE(Discovery(latin1("tool -kxRoot X:\\t\\1")).isFound);
 }
 
 /// The folders of an installation of debug builds.
