@@ -9,22 +9,6 @@
 
 namespace {
 
-/// The roots in X:\t. X:\unit is not a root, and the variables that name roots are unset.
-struct Roots : ScratchFolder
-{
-    Roots()
-    {
-        for (const QStringList &row : rowsOf("roots.txt")) {
-            const QString firstLine = row.value(1).replace(QChar(0x2026), QChar(0x85));
-            const QByteArray content = "  " + firstLine.toLatin1() + " \nExeRoot=Y:\\no";
-            makeFile(L"X:\\t\\" + row.at(0).toStdWString(), 0, content.constData());
-        }
-        for (const char *name : { "KX_ROOT", "KX_ROOT_INSTALLER" })
-            qputenv(name, ""); // unsets it
-        fs::remove_all(L"X:\\unit\\sub");
-    }
-};
-
 /// The results of findInstallRoot for the arguments of a command line that is split at its blanks.
 struct Discovery
 {
@@ -48,8 +32,12 @@ struct Discovery
 
 TEST(RootDiscovery, TakesTheFirstValidSource)
 {
-    const Roots roots;
-    makeFile(L"X:\\unit\\sub\\cfg_global\\x", 0);
+    const ScratchFolder scratch;
+    for (const QStringList &row : rowsOf("roots.txt")) {
+        const QString firstLine = row.value(1).replace(QChar(0x2026), QChar(0x85));
+        const QByteArray content = "  " + firstLine.toLatin1() + " \nExeRoot=Y:\\no";
+        makeFile(L"X:\\" + row.at(0).toStdWString(), 0, content.constData());
+    }
     qputenv("KX_ROOT_INSTALLER", "X:/\rt/r\r"); // "\r" is removed
     _wputenv(L"KX_ROOT=X:/t/\u0432");           // outside Latin-1
     const auto root = [](const QString &line) {

@@ -44,11 +44,10 @@ for %%t in (text sweep install) do (
 
 cd /d "%job%"
 rem Wine holds a file that is read, Windows one that is written.
-for %%f in (file held1 held2) do type nul >"%swept%\%%f"
-call :job 2 "the batch file with errors in the report" -do 0 "%swept%" <"%swept%\held1" 2>>"%swept%\held2"
-if exist "%swept%\file" echo Differs: a file of the swept folder is left.& set passed=
+for %%f in (file file1 file2) do type nul >"%swept%\%%f"
+call :job 2 "the batch file with errors in the report" -do 0 "%swept%" <"%swept%\file1" 2>>"%swept%\file2"
 call :job 0 "the batch file with a folder that is swept" -do 0 "%swept%"
-if exist "%swept%\held*" echo Differs: a file of the swept folder is left.& set passed=
+if exist "%swept%\file*" echo Differs: a file of the swept folder is left.& set passed=
 type nul >"%swept%\file"
 call :job 3 "the batch file with days that are no number" -do week "%swept%"
 call :job 4 "the batch file with a log that is held open" -do 0 "%swept%" 2>>"%joblog%"

@@ -17,11 +17,9 @@ TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
     for (const QStringList &row : rowsOf("error_texts.txt")) {
         const quint32 code = row.at(0).toUInt(nullptr, 16);
         EXPECT_EQ(row.at(1), exceptionCodeText(code).toQString());
-        const QString known = qt_error_string(static_cast<int>(code)); // Windows has a few
-        if (known.contains(latin1("Unknown error"))) {
-            EXPECT_EQ(row.at(1), systemErrorText(code).toQString());
-        }
     }
+    EXPECT_EQ("ERROR code -268435457. (No system message found)",
+              plain(systemErrorText(0xEFFFFFFF).toQString()));
 }
 
 TEST(DirListing, SortsAndFiltersNames)
@@ -159,13 +157,9 @@ TEST(SweepFolder, MovesTheProgressStampAfterMoreThanFiveSeconds)
     const TimeStamp now = std::time(nullptr);
     TimeStamp stamp = now - 6;
     SweepCall call;
-    call.removeIfEmpty = false;
     call.progressStamp = &stamp;
     call();
     EXPECT_LE(now, stamp);
-    const TimeStamp moved = stamp;
-    call();
-    EXPECT_EQ(moved, stamp);
 }
 
 TEST(SweepFolder, LogsNoMoreNamesInAFullLog)

@@ -13,11 +13,9 @@ int LLVMFuzzerTestOneInput(const unsigned char *bytes, std::size_t size)
     QString texts[3]; // each byte appends a piece to one of them
     for (std::size_t i = 0; i < size; ++i)
         texts[bytes[i] / 8 % 3] += latin1(pieces[bytes[i] % 8]);
-    const QString text = texts[0].left(FixedWideString::capacity);
-    const QString other = texts[1].left(FixedWideString::capacity);
-    const QString replacement = texts[2].left(FixedWideString::capacity);
-    if (other.isEmpty())
-        return 0; // only a QString finds it
+    const auto &[text, other, replacement] = texts;
+    if (other.isEmpty() || 3 * size > FixedWideString::capacity)
+        return 0; // only a QString finds nothing, or has room for more
     SCOPED_TRACE(plain(text));
 
     FixedWideString upper = wide(other); // the pieces have small letters only

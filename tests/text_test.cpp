@@ -13,6 +13,7 @@ TEST(FixedString, TruncatesAtItsCapacity)
     EXPECT_EQ(100, fixedText<FixedNarrowString100>(letters.c_str()).length);
     EXPECT_EQ(250, fixedText<FixedNarrowString250>(letters.c_str()).length);
     EXPECT_EQ(500, fixedText<FixedNarrowString500>(letters.c_str()).length);
+    EXPECT_EQ(500, wide("x/").replaceAllNoCase(wide("/"), wide(letters.c_str())).length);
 }
 
 TEST(FixedString, InsertsAndRemovesWithinItsLength)

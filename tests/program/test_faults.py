@@ -1,13 +1,11 @@
 """Faults around a sweep, each caused for real. ./dev stress repeats them."""
 
-import contextlib
 import os
 import signal
 import subprocess
-import time
 
 import pytest
-from conftest import C, INSTALLED, PREFIX, ROOT, SWEPT, X, YOUNG, finish, make, run, start, tree
+from conftest import INSTALLED, SWEPT, X, YOUNG, finish, make, run, start, tree
 
 COMMAND = ("-do", "14", r"X:\test\s*")
 
@@ -54,27 +52,3 @@ def test_a_run_needs_no_place_to_print_to(output: str) -> None:
     shell = ["bash", "-o", "pipefail", "-c", f'wine "$@" {output}', "bash"]
     assert subprocess.run([*shell, INSTALLED, *COMMAND, "-v"], cwd=X, timeout=60).returncode == 0
     assert tree() == []
-
-
-def test_a_tree_may_change_while_two_runs_sweep_it() -> None:
-    make("a/young", days=YOUNG)
-    end = time.monotonic() + float(os.environ.get("KX_RACE_SECONDS", "1"))
-    while time.monotonic() < end:
-        processes = [start(*COMMAND), start(*COMMAND)]
-        while any(process.poll() is None for process in processes):
-            with contextlib.suppress(OSError):  # the runs delete what the next step needs
-                make("a/old", "b/file", "c/file/old")
-                (SWEPT / "b/file").unlink()
-                (SWEPT / "c/file").rename(SWEPT / "b/file")
-        assert [finish(process).code for process in processes] == [0, 0]
-    assert "a/young" in tree()
-
-
-def test_a_link_out_of_the_wine_prefix_is_removed_before_a_program_starts() -> None:
-    planted = C / f"planted {os.getpid()}"
-    for link in (planted, PREFIX / "dosdevices/d:"):
-        link.symlink_to(X / "test/young")
-    subprocess.run([ROOT / "cmake/wine.sh", "sealed", "cmd", "/c", "exit"], cwd=X, check=True)
-    links = {path.name: path.resolve() for path in PREFIX.rglob("*") if path.is_symlink()}
-    planted.rmdir()  # the link has become a folder
-    assert links == {"c:": C, "x:": X, "y:": ROOT / "build/demo", "share": X / "share"}

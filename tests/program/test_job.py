@@ -24,10 +24,6 @@ def start(*commands: str) -> Popen[str]:
     return Popen(["wine", "start.cmd"], cwd=FOLDER, encoding="latin1", stdin=PIPE, stdout=PIPE)
 
 
-def run_job() -> int:
-    return start(r"suite\job\clean.cmd").wait(60)
-
-
 @pytest.fixture(autouse=True)
 def job(program: Path) -> None:
     """An installation with the batch files in both of their places, and an old file."""
@@ -41,7 +37,7 @@ def job(program: Path) -> None:
 
 
 def test_logs_its_command_and_the_report() -> None:
-    assert run_job() == 0
+    assert start(r"suite\job\clean.cmd").wait(60) == 0
     assert tree(LOG.parent) == [LOG.name]
     assert f'win64\\{TOOL}.exe" -v -do 14 "{NAME}\\old jobs"\n.---' in LOG.read_text()
     assert f"     -del {OLD}\n" in LOG.read_text()
@@ -62,7 +58,7 @@ def test_ends_with_4_and_runs_nothing_when_it_cannot_begin_its_report() -> None:
     script = FOLDER / "suite/job/clean.cmd"
     taken = b'\nmkdir "%report%"\r\nset code=\r\n'  # just before the program's start
     script.write_bytes(script.read_bytes().replace(b"\nset code=\r\n", taken))
-    assert run_job() == 4
+    assert start(r"suite\job\clean.cmd").wait(60) == 4
     assert tree(FOLDER / "old jobs") == [OLD]
 
 
