@@ -34,6 +34,7 @@ def job(program: Path) -> None:
         make(f"suite/job/{name}.cmd", f"suite/bin/win64/{name}.cmd", content=content, folder=FOLDER)
     make(f"suite/bin/win64/{TOOL}.exe", content=program.read_bytes(), folder=FOLDER)
     make("suite/sub/cfg_global/x", f"old jobs/{OLD}", "new temp Ł/", folder=FOLDER)
+    make("grown.log", content=bytes(10_000_000), folder=FOLDER)
 
 
 def test_logs_its_command_and_the_report() -> None:
