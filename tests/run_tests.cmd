@@ -2,16 +2,15 @@
 rem Tests the program on Windows: runs the unit tests, and the batch file and the task's command line with
 rem Windows' own cmd. Each line that begins with "Differs:" is a failure. It ends with 0 when there is none,
 rem and otherwise with 1 and a log in %TEMP%. It waits for a key before it ends; "run_tests <nul" does not.
-rem
+
 rem Everything happens in a new folder below %TEMP%, which is drive X: until the end. After Ctrl-C, enter
 rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller that has a scratch drive X: sets
-rem KX_SCRATCH_DRIVE=X:. What the tests leave there then stays.
+rem KX_SCRATCH_DRIVE=X:. What the tests leave there then stays until the next run.
 setlocal EnableExtensions DisableDelayedExpansion
 set passed=
 set ran=
 
 rem Users can write to the Temp folder of SYSTEM. A link that they put there would lead the program elsewhere.
-if "%TEMP%"=="" echo Differs: the variable TEMP is missing.& goto end
 for %%f in ("%TEMP%\.") do set "TEMP=%%~ff"
 if /i "%TEMP%"=="%SystemRoot%\Temp" echo Differs: users can write to "%TEMP%".& goto end
 set "name=kx_tests_%RANDOM%_%RANDOM%"
