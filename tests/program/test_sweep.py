@@ -73,5 +73,4 @@ def test_ends_a_cycle_of_links_where_the_paths_end() -> None:
     (SWEPT / "sub/up").symlink_to("..")
     output = run(r"X:\test\swept", "-do", "14", "-v").output
     assert output.count("-dir [up]") > 1
-    assert "\n  2 files deleted" in output
     assert tree() == ["sub", "sub/up", "sub/young"]
