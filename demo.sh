@@ -40,7 +40,6 @@ show_tree() {
     LC_ALL=C sort -k 1.23
 }
 
-unset KX_ROOT KX_ROOT_INSTALLER
 lay_out_sample
 printf '\nThe users folder before:\n\n'
 show_tree

@@ -42,6 +42,7 @@ if [ "$kind" = open ]; then
   drives[z:]=/
 else
   drives+=([x:]=$scratch [y:]=$root/build/demo [unc/server/share]=$scratch/share)
+  unset KX_ROOT KX_ROOT_INSTALLER # no installation but that of the test or the demo
 fi
 
 # Removes every link but the drives above and adds the missing drives. Ends this script when the prefix then

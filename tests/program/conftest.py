@@ -99,10 +99,8 @@ def program() -> Path:
 
 
 @pytest.fixture(autouse=True)
-def canaries(monkeypatch: pytest.MonkeyPatch) -> Iterator[None]:
+def canaries() -> Iterator[None]:
     """Old files where no rule reaches, and a young one that some tests make a link to."""
-    for variable in ("KX_ROOT", "KX_ROOT_INSTALLER"):
-        monkeypatch.delenv(variable, raising=False)
     for folder in (X / "test", X / "share"):
         shutil.rmtree(folder, ignore_errors=True)
     make("test/swept/", "share/", "test/swept canary", "test/other/canary", folder=X)
