@@ -15,11 +15,12 @@ struct Discovery
     explicit Discovery(const QString &commandLine)
     {
         QList<QByteArray> words = commandLine.toLatin1().split(' ');
+        if (commandLine.isEmpty())
+            words.clear();
         std::vector<char *> argv;
         for (QByteArray &word : words)
             argv.push_back(word.data());
-        const int argc = commandLine.isEmpty() ? 0 : words.size();
-        isFound = findInstallRoot(paths, argc, argv.data(), log, isOutside, false, false,
+        isFound = findInstallRoot(paths, words.size(), argv.data(), log, isOutside, false, false,
                                   FixedNarrowString100(), true);
     }
     QString folder(InstallEntry entry) const { return paths.entries[entry].toQString(); }
@@ -59,12 +60,17 @@ TEST(RootDiscovery, TakesTheFirstValidSource)
         return (discovery.folder(installRoot) + discovery.log).trimmed();
     };
     expectResults("root_sources.txt", { { "-kxRoot", root },
-                                        { "relinked", rootsAndLog },
+                                        { "both roots", rootsAndLog },
                                         { "-loadstatus", status },
                                         { "without", without } });
     EXPECT_FALSE(Discovery(QString()).isFound); // with an argc of 0
-    const auto held = holdOpen(L"X:\\t\\1\\sub\\cfg_global\\relink_win.cfg");
-    EXPECT_FALSE(Discovery(latin1("tool -kxRoot X:\\t\\1")).isFound);
+}
+
+TEST(RelinkFile, MustOpen)
+{
+    const ScratchFolder scratch({ L"r\\sub\\cfg_global\\relink_win.cfg" });
+    const auto held = holdOpen(L"X:\\t\\r\\sub\\cfg_global\\relink_win.cfg");
+    EXPECT_FALSE(Discovery(latin1("tool -kxRoot X:\\t\\r")).isFound);
 }
 
 /// The folders of an installation of debug builds.
@@ -86,18 +92,17 @@ TEST(InstallLayout, HasThirtyNineFolders)
     const InstallPaths layouts[] = { layoutWith("X:\\status\\", false, "X:\\no", true),
                                      layoutWith("", true, "", false),
                                      layoutWith("", true, "X:/unit", true) };
-    int entry = 0;
-    for (const QStringList &row : rowsOf("install_layout.txt")) {
+    const QList<QStringList> rows = rowsOf("install_layout.txt");
+    EXPECT_EQ(39, rows.size());
+    for (const QStringList &row : rows) {
         SCOPED_TRACE(plain(row.join(latin1(" | "))));
         for (int layout = 0; layout < 3; ++layout)
             EXPECT_EQ(row.at(qMin(layout + 1, row.size() - 1)),
-                      layouts[layout].entries[entry].toQString());
-        ++entry;
+                      layouts[layout].entries[row.at(0).toInt()].toQString());
     }
-    EXPECT_EQ(39, entry);
 }
 
-TEST(AppPath, ReturnsWhatItsTableSays)
+TEST(AppPath, IsMadeOfTheProgramsPathAndTheCurrentFolder)
 {
     const auto narrow = [](const QString &text) {
         FixedNarrowString250 path;
@@ -119,7 +124,7 @@ TEST(AppPath, ReturnsWhatItsTableSays)
     qputenv("ProgramFiles", "X:\\32");
     expectResults("program_paths.txt", { { "parentFolderNarrow", parent },
                                          { "absoluteProgramPath", absolute },
-                                         { "ProgramW6432", programFiles } });
+                                         { "getEnv", programFiles } });
 }
 
 } // namespace

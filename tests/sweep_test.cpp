@@ -17,9 +17,10 @@ TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
     for (const QStringList &row : rowsOf("error_texts.txt")) {
         const quint32 code = row.at(0).toUInt(nullptr, 16);
         EXPECT_EQ(row.at(1), exceptionCodeText(code).toQString());
+        if (code >= 0xC0000000) { // Windows itself has words for a few of the others
+            EXPECT_EQ(row.at(1), systemErrorText(code).toQString());
+        }
     }
-    EXPECT_EQ("ERROR code -268435457. (No system message found)",
-              plain(systemErrorText(0xEFFFFFFF).toQString()));
 }
 
 TEST(DirListing, SortsAndFiltersNames)
@@ -79,12 +80,8 @@ TEST(DirListing, KnowsTheStatusOfEntries)
     DirListing::open(handle, latin1("X:\\t\\folder"), true, true, false, false); // into memory
     DirListing::open(handle, latin1("X:/t"), true, false, true, true);
     EXPECT_EQ("X:\\t\\folder\\ 0 0; X:\\t\\a 4 3; ", restOf(handle));
-    DWORD handles[2] = {}; // Wine counts none
-    GetProcessHandleCount(GetCurrentProcess(), &handles[0]);
     DirListing::open(handle, latin1("X:/t/folder/x*"), true, false, false, true);
     EXPECT_EQ("X:\\t\\folder\\x 0 30; ", restOf(handle));
-    GetProcessHandleCount(GetCurrentProcess(), &handles[1]);
-    EXPECT_EQ(handles[0], handles[1]);
     DirListing::open(handle, latin1("X:/t"), true, false, false, false);
     EXPECT_TRUE(DirListing::next(handle)); // closed halfway, or the folder could not be removed
 }
@@ -155,9 +152,13 @@ TEST(SweepFolder, MovesTheProgressStampAfterMoreThanFiveSeconds)
 {
     const ScratchFolder scratch({ L"old" });
     const TimeStamp now = std::time(nullptr);
-    TimeStamp stamp = now - 6;
+    TimeStamp stamp = now - 5;
     SweepCall call;
+    call.removeIfEmpty = false;
     call.progressStamp = &stamp;
+    call();
+    EXPECT_NE(now, stamp); // not moved, unless the next second has begun
+    stamp = now - 6;
     call();
     EXPECT_LE(now, stamp);
 }
@@ -167,11 +168,13 @@ TEST(SweepFolder, LogsNoMoreNamesInAFullLog)
     const ScratchFolder scratch({ L"folder\\old" });
     makeFile(L"X:\\t\\young", 0);
     constexpr int fullLog = 1 << 29; // UTF-16 units, which take 1 GiB of memory
-    QString log(fullLog, QLatin1Char(' '));
+    QString log;
+    log.reserve(fullLog + 100);
+    log.resize(fullLog - 1); // room for one line, "   [X:\\t]: "
     SweepCall call;
     call.log = &log;
     EXPECT_FALSE(call());
-    EXPECT_EQ(fullLog, log.size());
+    EXPECT_EQ(fullLog + 11, log.size());
     EXPECT_FALSE(fs::exists(L"X:\\t\\folder"));
 }
 

@@ -38,17 +38,14 @@ inline QList<QStringList> rowsOf(const char *table)
 
 using TextFunctions = std::map<std::string, std::function<QString(const QString &)>>;
 
-/// Expects the result of each row "function | case | text | result", and a row for each function.
+/// Expects the result of each row "function | case | text | result".
 inline void expectResults(const char *table, const TextFunctions &functions)
 {
-    TextFunctions untested = functions;
     for (const QStringList &row : rowsOf(table)) {
         SCOPED_TRACE(plain(row.join(latin1(" | "))));
         ASSERT_EQ(4, row.size());
         const auto named = functions.find(plain(row.at(0)));
         ASSERT_TRUE(named != functions.end()) << "no test asks for this function";
         EXPECT_EQ(row.at(3), named->second(row.at(2)));
-        untested.erase(named->first);
     }
-    EXPECT_TRUE(untested.empty()) << untested.begin()->first;
 }
