@@ -102,7 +102,7 @@ TEST(InstallLayout, HasThirtyNineFolders)
     }
 }
 
-TEST(AppPath, IsMadeOfTheProgramsPathAndTheCurrentFolder)
+TEST(AppPath, FollowsItsTable)
 {
     const auto narrow = [](const QString &text) {
         FixedNarrowString250 path;

@@ -1,16 +1,17 @@
 @echo off
 rem Tests the program on Windows: runs the unit tests, and the batch file and the task's command line with
 rem Windows' own cmd. Each line that begins with "Differs:" is a failure. It ends with 0 when there is none,
-rem and otherwise with 1 and a log in %TEMP%. It waits for a key before it ends; "run_tests <nul" does not.
+rem and otherwise with 1, and a log in %TEMP% if a test ran. It waits for a key before it ends; "run_tests <nul" does not.
 
 rem Everything happens in a new folder below %TEMP%, which is drive X: until the end. After Ctrl-C, enter
 rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller that has a scratch drive X: sets
-rem KX_SCRATCH_DRIVE=X:. What the tests leave there then stays until the next run.
+rem KX_SCRATCH_DRIVE=X:. What the tests leave there then stays.
 setlocal EnableExtensions DisableDelayedExpansion
 set passed=
-set ran=
+set ran=0
 
 rem Users can write to the Temp folder of SYSTEM. A link that they put there would lead the program elsewhere.
+if "%TEMP%"=="" echo Differs: the variable TEMP is missing.& goto end
 for %%f in ("%TEMP%\.") do set "TEMP=%%~ff"
 if /i "%TEMP%"=="%SystemRoot%\Temp" echo Differs: users can write to "%TEMP%".& goto end
 set "name=kx_tests_%RANDOM%_%RANDOM%"
@@ -31,7 +32,7 @@ set "joblog=%LOCALAPPDATA%\kxDeleteOldFiles\clean_old_files.log"
 set "parent=X:\job (x86) & more !now!"
 set "job=%parent%\suite\bin\win64"
 set "swept=%parent%\swept"
-if exist X:\local rd /s /q X:\local
+for %%d in (X:\local "%parent%") do if exist %%d rd /s /q %%d
 mkdir X:\unit\bin\win64 "%job%" "%parent%\suite\sub\cfg_global" "%swept%" X:\local\kxDeleteOldFiles
 for %%d in (X:\unit\bin\win64 "%job%") do copy "%~dp0*" %%d >nul
 
@@ -54,7 +55,7 @@ call :job 5 "the batch file with a wrong directory" -do 0 "%parent%\wrong"
 call :job 5 "the batch file with a star without a match" -do 0 "%parent%\z*"
 call :job -1 "the batch file with too few arguments" -v
 if not exist "%swept%\file" echo Differs: a file is gone that no run was to sweep.& set passed=
-if exist "%joblog%.killed" echo Differs: a report is left that the next run takes for that of a killed run.& set passed=
+if exist "%joblog%.killed" echo Differs: a run took the report of another for that of a killed run.& set passed=
 .\run_task clean_old_files.xml "C:\Program Files" "%parent%" C:\scratch "%swept%" >>"%log%" 2>&1
 call :expect 0 "the command line of the task"
 .\run_task clean_old_files.xml "C:\Program Files" "%parent%" " -v -do 14 \"C:\scratch\"" "" >>"%log%" 2>&1
@@ -68,7 +69,7 @@ rd /s /q "%folder%"
 if exist "%folder%" echo Differs: the folder "%folder%" cannot be removed.& set passed=
 
 :verdict
-if not "%ran%"=="12" echo Differs: of 12 tests, these passed: %ran%.& set passed=
+if not "%ran%"=="12" echo Differs: only %ran% of 12 tests passed.& set passed=
 if not defined passed echo The log is "%log%".& goto end
 del "%log%"
 for /f "tokens=3,4 delims=[] " %%v in ('ver') do echo All tests passed on Windows %%v %%w

@@ -1,4 +1,4 @@
-// Runs the functions on texts from any bytes, for the sanitizers. text_test has the results.
+// Runs paths, entities, white space and changes of fixed strings on any bytes, for the sanitizers.
 #include "text/entities.h"
 #include "text/path.h"
 #include "text/white_space.h"
@@ -19,6 +19,6 @@ int LLVMFuzzerTestOneInput(const char *bytes, std::size_t size)
     withLongPathPrefix(prefixed, text);
     normalizePathFixed(text);
     parentFolderFixed(text);
-    folderOfPath(decodeEntities(trimmedText(input)));
+    folderOfPath(normalizePath(decodeEntities(trimmedText(input))));
     return 0;
 }

@@ -67,7 +67,7 @@ TEST(FixedString, FindsInAnyCase)
     EXPECT_EQ(-1, wide("ABC").indexOfNoCase(wide(""), 0));
     EXPECT_EQ(-1, wide("ABC").indexOfNoCase(wide("bc"), 2));
     EXPECT_EQ(1, wide("aab").indexOfNoCase(wide("ab"), -7));
-    EXPECT_EQ(2, wide("adbcbc").indexOfNoCase(wide("bc"), 0)); // "ad" has the same sum of units
+    EXPECT_EQ(4, wide("aacbaabc").indexOfNoCase(wide("aabc"), 0)); // "aacb" has the same sum
     EXPECT_EQ(1, wide("bBcb").indexOfUnitNoCase(u'b', 1));
     EXPECT_EQ(0, wide("bBcb").indexOfUnitNoCase(u'B', 4)); // past the end
     EXPECT_EQ(0, wide("\\a").firstBackslash());
@@ -98,7 +98,7 @@ TEST(TextFunctions, ReturnWhatTheirTableSays)
     const auto fixed = [](FixedWideString (*function)(FixedWideString &)) {
         return [function](const QString &path) {
             FixedWideString text = wide(path);
-            function(text);
+            EXPECT_TRUE(function(text).equalsNoCase(text));
             return text.toQString();
         };
     };

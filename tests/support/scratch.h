@@ -23,7 +23,7 @@ struct ScratchFolder
 {
     explicit ScratchFolder(std::initializer_list<const wchar_t *> files = {})
     {
-        fs::remove_all(L"X:\\t"); // which a test that crashed has left
+        fs::remove_all(L"X:\\t"); // what a crashed test left
         for (const wchar_t *file : files)
             makeFile(fs::path(L"X:\\t") / file, 30);
     }
