@@ -70,6 +70,7 @@ TEST(FixedString, FindsInAnyCase)
     EXPECT_EQ(4, wide("aacbaabc").indexOfNoCase(wide("aabc"), 0)); // "aacb" has the same sum
     EXPECT_EQ(1, wide("bBcb").indexOfUnitNoCase(u'b', 1));
     EXPECT_EQ(0, wide("bBcb").indexOfUnitNoCase(u'B', 4)); // past the end
+    EXPECT_EQ(-1, wide("a").indexOfUnitNoCase(u'\0'));     // the terminator is no unit of the text
     EXPECT_EQ(0, wide("\\a").firstBackslash());
     EXPECT_EQ(3, lastBackslash(wide("a\\b\\")));
 }
