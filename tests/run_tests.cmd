@@ -1,7 +1,8 @@
 @echo off
 rem Tests the program on Windows: runs the unit tests, and the batch file and the task's command line with
 rem Windows' own cmd. Each line that begins with "Differs:" is a failure. It ends with 0 when there is none,
-rem and otherwise with 1, and a log in %TEMP% if a test ran. It waits for a key before it ends; "run_tests <nul" does not.
+rem and otherwise with 1. When tests have run, it then names their log. It waits for a key before it ends;
+rem "run_tests <nul" does not.
 
 rem Everything happens in a new folder below %TEMP%, which is drive X: until the end. After Ctrl-C, enter
 rem "subst X: /D", and remove the folder kx_tests_... in %TEMP%. A caller that has a scratch drive X: sets

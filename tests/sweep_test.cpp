@@ -12,8 +12,7 @@ TEST(ErrorText, IsTheSystemsOrThatOfAnExceptionCode)
 {
     EXPECT_EQ("No Error.", plain(systemErrorText(0).toQString()));
     EXPECT_EQ("A DLL is missing.", plain(systemErrorText(126).toQString()));
-    EXPECT_EQ(latin1("Error 5: ") + qt_error_string(5) + latin1("."),
-              systemErrorText(5).toQString());
+    EXPECT_EQ(latin1("Error 5: %1.").arg(qt_error_string(5)), systemErrorText(5).toQString());
     for (const QStringList &row : rowsOf("error_texts.txt")) {
         const quint32 code = row.at(0).toUInt(nullptr, 16);
         EXPECT_EQ(row.at(1), exceptionCodeText(code).toQString());

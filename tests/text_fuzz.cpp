@@ -15,10 +15,9 @@ int LLVMFuzzerTestOneInput(const char *bytes, std::size_t size)
     text.replaceAllNoCase(part(1), part(2));
     text.removeRange(part(1).length, -part(2).length);
     text.insertAt(part(2).length, part(1));
-    FixedWideString prefixed;
-    withLongPathPrefix(prefixed, text);
     normalizePathFixed(text);
     parentFolderFixed(text);
+    withLongPathPrefix(text, FixedWideString(text));
     folderOfPath(normalizePath(decodeEntities(trimmedText(input))));
     return 0;
 }

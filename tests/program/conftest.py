@@ -1,6 +1,4 @@
-"""Runs the program as its users do, in the sealed Wine prefix, and looks at what is left.
-
-A failed test shows every command with its output, its exit code and what it left."""
+"""Runs the program as its users do, in the sealed Wine prefix, and looks at what is left."""
 
 import os
 import re
